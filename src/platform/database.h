@@ -1,0 +1,134 @@
+// The database files behind two objects: a Connection that runs selects, and a
+// Recordset that walks rows and, for a table opened as a whole, changes them.
+// Knows no table of this service. The dialect of the selects is in database_dialect.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/date_time.h"
+
+struct sqlite3;
+
+namespace quillon {
+
+// A field's value with the type of its column. Null, or a value that does not read as
+// what is asked for, raises ConversionFailure with the field's name in its text.
+class Value {
+ public:
+  enum class Type { kNull, kInteger, kReal, kSingle, kText, kDate, kBoolean };
+
+  Value() = default;
+  static Value Integer(std::int64_t number);
+  static Value Real(double number);
+  static Value Single(float number);
+  static Value Text(std::string text);
+  static Value Date(DateTime moment);
+  static Value Boolean(bool truth);
+
+  Type type() const { return type_; }
+  bool IsNull() const { return type_ == Type::kNull; }
+
+  // The value as text: numbers in their shortest form, "True" and "False", a date as
+  // "YYYY-MM-DD" with " HH:MM:SS" unless it is midnight.
+  std::string AsText() const;
+  // A whole number of 32 bits, ties to even; OverflowFailure beyond.
+  std::int32_t AsLong() const;
+  double AsNumber() const;
+  DateTime AsDate() const;
+  bool AsBoolean() const;
+
+  // For failure texts: the field that the value was read from.
+  void SetName(std::string name) { name_ = std::move(name); }
+
+ private:
+  [[noreturn]] void FailConversion(std::string_view wanted) const;
+
+  Type type_ = Type::kNull;
+  std::int64_t integer_ = 0;  // integers and booleans
+  double real_ = 0;           // reals and singles
+  std::string text_;          // texts, and dates as they are stored
+  std::string name_;
+};
+
+class Connection;
+
+// How a table is opened: cursor and lock as the procedures name them.
+enum class CursorType { kStatic = 3 };
+enum class LockType { kReadOnly = 1, kOptimistic = 3 };
+
+class Recordset {
+ public:
+  Recordset();
+  ~Recordset();
+  Recordset(Recordset&&) noexcept;
+  Recordset& operator=(Recordset&&) noexcept;
+
+  // Opens a whole table, in its stored order, on a connection that outlives this object.
+  // The rows are those of this moment: one that is added later does not appear, one that
+  // another program deletes meanwhile is passed over.
+  void Open(const std::string& table, Connection& connection, CursorType cursor, LockType lock);
+
+  bool Eof() const;
+  void MoveNext();
+
+  // A field of the current row by name, without regard to case. DatabaseFailure for a
+  // name that is not there and for a walk that has ended.
+  Value Field(std::string_view name) const;
+
+  // Changes of the current row, or of the one that AddNew began, stored by Update.
+  void SetField(std::string_view name, const Value& value);
+  void AddNew();
+  void Update();
+  // Deletes the current row; MoveNext goes on behind it.
+  void Delete();
+
+  // Number of rows of a table opened as a whole.
+  std::int64_t RecordCount() const;
+
+  void Close();
+
+  class Source;  // where the rows come from; see database.cpp
+
+ private:
+  friend class Connection;
+  explicit Recordset(std::unique_ptr<Source> source);
+  Source& Opened() const;
+
+  std::unique_ptr<Source> source_;
+};
+
+class Connection {
+ public:
+  Connection();
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  // Opens the file of a connection string "Provider=SQLite;Data Source=<path>[;...]".
+  // DatabaseFailure where the file is missing or no database. Never creates a file.
+  void Open(const std::string& connectionString);
+  void Close();
+
+  // Runs one select, forward-only and read-only. The text may come from anybody: a
+  // second statement, a write, another file, a pragma and a select that works for more
+  // than 2 s are refused with a DatabaseFailure, and nothing is changed.
+  Recordset Execute(const std::string& select);
+
+ private:
+  friend class Recordset;
+  class Handle;
+
+  sqlite3* Reader();
+  sqlite3* Writer();
+
+  std::string path_;
+  // The writer goes last: as the last one out it brings what was written into the file
+  // itself, which a read-only handle cannot do.
+  std::unique_ptr<Handle> writer_;
+  std::unique_ptr<Handle> reader_;
+};
+
+}  // namespace quillon

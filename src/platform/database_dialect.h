@@ -1,0 +1,29 @@
+// What makes SQLite answer in the dialect of the report selects: Format of dates, LIKE
+// with bracket lists, text compared without regard to case for all letters; and the
+// guard that keeps a read-only handle to the tables of its own file.
+#pragma once
+
+#include <string_view>
+
+struct sqlite3;
+
+namespace quillon {
+
+// Registers Format(date, pattern), LIKE and the collation NOCASE with the handle. The
+// built-in NOCASE folds ASCII only, so no index may hold a text column.
+void RegisterDialect(sqlite3* handle);
+
+// Refuses everything but one select over the file's own tables: no write, no other file,
+// no pragma, no virtual table, no recursion, no function but Count, Format and LIKE, no
+// value beyond 16 MiB.
+void GuardReader(sqlite3* handle);
+
+// Text compared without regard to case, for all letters: below 0, 0 or above 0.
+int CompareFolded(std::string_view left, std::string_view right);
+
+// LIKE without regard to case: "%" any run of characters, "_" one, "[abc]" and "[a-f]"
+// one of a list, "[!a]" one outside it. An unclosed "[" is that character, "[]" stands
+// for nothing, "[!]" for "!".
+bool MatchesLike(std::string_view text, std::string_view pattern);
+
+}  // namespace quillon

@@ -1,0 +1,137 @@
+// The message loop on Asio. Nested polling is safe here because the context is made
+// without a concurrency hint and is never stopped from inside a pump: a flag of our
+// own ends the loop.
+#include "platform/event_loop.h"
+
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+#include <asio/post.hpp>
+#include <asio/signal_set.hpp>
+#include <asio/steady_timer.hpp>
+#include <deque>
+#include <exception>
+#include <iostream>
+#include <utility>
+
+namespace quillon {
+namespace {
+
+constexpr int kEventsPerPump = 256;  // so that a handler that posts itself cannot hold a pump
+constexpr std::chrono::milliseconds kSlice{10};  // the sleep between two pumps of a wait
+
+}  // namespace
+
+struct EventLoop::Implementation {
+  asio::io_context io;
+  asio::executor_work_guard<asio::io_context::executor_type> work = asio::make_work_guard(io);
+  std::deque<asio::signal_set> signals;
+  bool quit = false;
+};
+
+namespace {
+
+class RepeatingTimer : public EventLoop::Timer {
+ public:
+  RepeatingTimer(asio::io_context& io, std::chrono::milliseconds interval,
+                 std::function<void()> handler)
+      : interval_(interval), handler_(std::move(handler)), timer_(io) {
+    due_ = asio::steady_timer::clock_type::now();
+    Arm();
+  }
+
+ private:
+  // The next tick is armed before the handler runs: a handler that waits long lets
+  // later ticks arrive nested, as the window system's timer does.
+  void Arm() {
+    const auto now = asio::steady_timer::clock_type::now();
+    while (due_ <= now) due_ += interval_;
+    timer_.expires_at(due_);
+    timer_.async_wait([this](const asio::error_code& error) {
+      if (error) return;
+      Arm();
+      handler_();
+    });
+  }
+
+  std::chrono::milliseconds interval_;
+  std::function<void()> handler_;
+  asio::steady_timer timer_;
+  asio::steady_timer::time_point due_;
+};
+
+// Runs one event. Events have error exits of their own; what escapes one all the same ends
+// at this event and must not unwind the one below it.
+template <typename RunOne>
+std::size_t OneEvent(RunOne&& runOne) {
+  try {
+    return runOne();
+  } catch (const std::exception& failure) {
+    std::cerr << "an event failed: " << failure.what() << std::endl;
+    return 1;
+  }
+}
+
+void WaitForSignal(asio::signal_set& set, const std::function<void()>& handler) {
+  set.async_wait([&set, handler](const asio::error_code& error, int) {
+    if (error) return;
+    WaitForSignal(set, handler);
+    handler();
+  });
+}
+
+}  // namespace
+
+EventLoop::EventLoop(Clock& clock)
+    : clock_(clock), implementation_(std::make_unique<Implementation>()) {}
+
+EventLoop::~EventLoop() = default;
+
+void EventLoop::Run() {
+  try {
+    while (!implementation_->quit) {
+      OneEvent([this] { return implementation_->io.run_one(); });
+    }
+  } catch (const LoopEnded&) {
+    // A job was left at its wait; its files and rows are whole.
+  }
+}
+
+void EventLoop::Quit() {
+  implementation_->quit = true;
+  Post([] {});  // wakes Run
+}
+
+void EventLoop::Post(std::function<void()> handler) {
+  asio::post(implementation_->io, std::move(handler));
+}
+
+void EventLoop::Pump() {
+  for (int count = 0; count < kEventsPerPump && !implementation_->quit; ++count) {
+    if (OneEvent([this] { return implementation_->io.poll_one(); }) == 0) return;
+  }
+}
+
+void EventLoop::DelayMs(std::int16_t milliseconds) {
+  const auto slices = std::chrono::milliseconds(milliseconds) / kSlice;
+  for (auto slice = slices; slice > 0; --slice) {
+    clock_.Sleep(kSlice);
+    Pump();
+    if (implementation_->quit) throw LoopEnded{};
+  }
+}
+
+std::unique_ptr<EventLoop::Timer> EventLoop::Every(std::chrono::milliseconds interval,
+                                                   std::function<void()> handler) {
+  return std::make_unique<RepeatingTimer>(implementation_->io, interval, std::move(handler));
+}
+
+void EventLoop::OnSignal(int signal, const std::function<void()>& handler) {
+  asio::signal_set& set = implementation_->signals.emplace_back(implementation_->io, signal);
+  WaitForSignal(set, handler);
+}
+
+asio::io_context& EventLoop::io() {
+  return implementation_->io;
+}
+
+}  // namespace quillon

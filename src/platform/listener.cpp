@@ -1,0 +1,374 @@
+// The listener on Asio sockets.
+//
+// A connection waits for readability, then reads once and raises one event. The wait
+// for the next text is armed before the event runs, so that a second request of the
+// same client can be served nested, inside a pumping wait of the first.
+#include "platform/listener.h"
+
+#include <array>
+#include <asio/ip/tcp.hpp>
+#include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
+#include <cerrno>
+#include <deque>
+#include <map>
+#include <utility>
+
+#include "platform/failure.h"
+
+namespace quillon {
+namespace {
+
+using asio::ip::tcp;
+
+// How long accepting rests when the machine has no file descriptor left.
+constexpr std::chrono::milliseconds kAcceptPause{500};
+
+struct Connection {
+  explicit Connection(tcp::socket accepted) : socket(std::move(accepted)) {}
+
+  tcp::socket socket;
+  std::string remoteHost;
+  std::int32_t remotePort = 0;
+  std::deque<std::string> waiting;  // texts in the order of their assignment
+  std::size_t waitingBytes = 0;     // what of them is not sent yet
+  std::size_t sentOfFirst = 0;      // bytes of waiting.front() that are out
+  int runningEvents = 0;            // events of this connection on the stack
+  bool up = true;
+};
+
+using ConnectionPtr = std::shared_ptr<Connection>;
+
+SocketFailure MakeSocketFailure(const std::string& what, const asio::error_code& error) {
+  auto code = SocketFailure::Code::kOther;
+  if (error == asio::error::address_in_use) code = SocketFailure::Code::kAddressInUse;
+  if (error.value() == EADDRNOTAVAIL) code = SocketFailure::Code::kAddressNotAvailable;
+  return {code, what + ": " + error.message()};
+}
+
+// Sends what the socket takes now. True when nothing waits any more.
+bool WriteNow(Connection& connection, asio::error_code& error) {
+  while (!connection.waiting.empty()) {
+    const std::string& first = connection.waiting.front();
+    const std::size_t sent = connection.socket.write_some(
+        asio::buffer(first.data() + connection.sentOfFirst, first.size() - connection.sentOfFirst),
+        error);
+    if (error) return false;
+    connection.sentOfFirst += sent;
+    connection.waitingBytes -= sent;
+    if (connection.sentOfFirst < first.size()) continue;
+    connection.waiting.pop_front();
+    connection.sentOfFirst = 0;
+  }
+  return true;
+}
+
+}  // namespace
+
+class Listener::Implementation {
+ public:
+  explicit Implementation(asio::io_context& io) : acceptor_(io), acceptPause_(io) {}
+
+  void SetEvents(ListenerEvents& events) { events_ = &events; }
+  void SetLocalHost(const std::string& address) { localHost_ = address; }
+  void SetLocalPort(std::int32_t port) { localPort_ = port; }
+  std::string LocalHost() const;
+  std::int32_t LocalPort() const;
+  void Open();
+  void Close();
+  bool IsOpen() const { return acceptor_.is_open(); }
+
+  ConnectionPtr FindUp(ConnectionId id) const;
+  void Drop(ConnectionId id);
+  void Send(ConnectionId id, std::string text);
+
+ private:
+  // One event of a connection: counts the depth of the stack, and keeps the number of
+  // the connection taken until the event ends, so that a page which is still being
+  // built cannot reach the next client.
+  class RunningEvent {
+   public:
+    RunningEvent(Implementation& owner, ConnectionId id, ConnectionPtr connection)
+        : owner_(owner), id_(id), connection_(std::move(connection)) {
+      ++owner_.depth_;
+      ++connection_->runningEvents;
+    }
+    ~RunningEvent() {
+      --owner_.depth_;
+      --connection_->runningEvents;
+      owner_.FreeIfGone(id_, connection_);
+      owner_.ResumeHeldBack();
+    }
+    RunningEvent(const RunningEvent&) = delete;
+    RunningEvent& operator=(const RunningEvent&) = delete;
+
+   private:
+    Implementation& owner_;
+    ConnectionId id_;
+    ConnectionPtr connection_;
+  };
+
+  bool TooDeep() const { return depth_ >= kDepthLimit; }
+  ConnectionId LowestFreeId() const;
+  void WaitForClient();
+  void TakeClient(const asio::error_code& error, tcp::socket socket);
+  void AddClient(tcp::socket socket);
+  void WaitForText(ConnectionId id, const ConnectionPtr& connection);
+  void ReadText(ConnectionId id, const ConnectionPtr& connection);
+  void WriteOrWait(ConnectionId id, const ConnectionPtr& connection);
+  void End(ConnectionId id, const ConnectionPtr& connection, int code, const std::string& why);
+  void FreeIfGone(ConnectionId id, const ConnectionPtr& connection);
+  void ResumeHeldBack();
+
+  tcp::acceptor acceptor_;
+  asio::steady_timer acceptPause_;
+  ListenerEvents* events_ = nullptr;
+  std::string localHost_ = "0.0.0.0";
+  std::int32_t localPort_ = 0;
+  std::array<char, kReadSize> readBuffer_;  // shared: a text is copied out before its event runs
+  std::map<ConnectionId, ConnectionPtr> connections_;
+  std::map<ConnectionId, ConnectionPtr> heldBack_;  // readable, but the stack was too deep
+  int depth_ = 0;
+};
+
+std::string Listener::Implementation::LocalHost() const {
+  return IsOpen() ? acceptor_.local_endpoint().address().to_string() : localHost_;
+}
+
+std::int32_t Listener::Implementation::LocalPort() const {
+  return IsOpen() ? acceptor_.local_endpoint().port() : localPort_;
+}
+
+void Listener::Implementation::Open() {
+  const std::string place = localHost_ + " port " + std::to_string(localPort_);
+  asio::error_code error;
+  const asio::ip::address address = asio::ip::make_address(localHost_, error);
+  if (error) {
+    throw SocketFailure(SocketFailure::Code::kAddressNotAvailable,
+                        "not an IP address: \"" + localHost_ + "\"");
+  }
+  if (localPort_ < 0 || localPort_ > 65535) {
+    throw SocketFailure(SocketFailure::Code::kOther,
+                        "not a TCP port: " + std::to_string(localPort_));
+  }
+  const tcp::endpoint endpoint(address, static_cast<unsigned short>(localPort_));
+  acceptor_.open(endpoint.protocol(), error);
+  if (!error) acceptor_.set_option(tcp::acceptor::reuse_address(true), error);
+  if (!error) acceptor_.bind(endpoint, error);
+  if (!error) acceptor_.listen(tcp::acceptor::max_listen_connections, error);
+  if (error) {
+    asio::error_code ignored;
+    acceptor_.close(ignored);
+    throw MakeSocketFailure("cannot listen on " + place, error);
+  }
+  WaitForClient();
+}
+
+void Listener::Implementation::Close() {
+  asio::error_code ignored;
+  acceptPause_.cancel();
+  acceptor_.close(ignored);
+}
+
+ConnectionPtr Listener::Implementation::FindUp(ConnectionId id) const {
+  const auto found = connections_.find(id);
+  return found != connections_.end() && found->second->up ? found->second : nullptr;
+}
+
+ConnectionId Listener::Implementation::LowestFreeId() const {
+  ConnectionId id = 1;
+  for (const auto& [taken, connection] : connections_) {
+    if (taken != id) break;
+    ++id;
+  }
+  return id;
+}
+
+void Listener::Implementation::WaitForClient() {
+  acceptor_.async_accept([this](const asio::error_code& error, tcp::socket socket) {
+    TakeClient(error, std::move(socket));
+  });
+}
+
+void Listener::Implementation::TakeClient(const asio::error_code& error, tcp::socket socket) {
+  if (!IsOpen() || error == asio::error::operation_aborted) return;
+  if (error) {
+    // Most often no file descriptor is left. Accepting at once again would only spin.
+    acceptPause_.expires_after(kAcceptPause);
+    acceptPause_.async_wait([this](const asio::error_code& cancelled) {
+      if (!cancelled && IsOpen()) WaitForClient();
+    });
+    events_->Error(error.value(), error.message());
+    return;
+  }
+  WaitForClient();
+  AddClient(std::move(socket));
+}
+
+void Listener::Implementation::AddClient(tcp::socket socket) {
+  asio::error_code error;
+  const tcp::endpoint peer = socket.remote_endpoint(error);
+  if (!error) socket.non_blocking(true, error);
+  if (!error) socket.set_option(tcp::no_delay(true), error);
+  if (error) return;  // gone before it was looked at: it never had a number
+  const ConnectionId id = LowestFreeId();
+  const auto connection = std::make_shared<Connection>(std::move(socket));
+  connection->remoteHost = peer.address().to_string();
+  connection->remotePort = peer.port();
+  connections_[id] = connection;
+  WaitForText(id, connection);
+  const RunningEvent running(*this, id, connection);
+  events_->Connected(id, 0, "Connected");
+}
+
+void Listener::Implementation::WaitForText(ConnectionId id, const ConnectionPtr& connection) {
+  if (TooDeep()) {
+    heldBack_[id] = connection;
+    return;
+  }
+  connection->socket.async_wait(tcp::socket::wait_read,
+                                [this, id, connection](const asio::error_code& error) {
+                                  if (error || !connection->up) return;
+                                  ReadText(id, connection);
+                                });
+}
+
+void Listener::Implementation::ReadText(ConnectionId id, const ConnectionPtr& connection) {
+  if (TooDeep()) {
+    heldBack_[id] = connection;
+    return;
+  }
+  asio::error_code error;
+  const std::size_t count = connection->socket.read_some(asio::buffer(readBuffer_), error);
+  if (error == asio::error::would_block || error == asio::error::interrupted) {
+    WaitForText(id, connection);
+    return;
+  }
+  if (error) {
+    const bool closed = error == asio::error::eof;
+    End(id, connection, error.value(), closed ? "Closed by the client" : error.message());
+    return;
+  }
+  std::string text(readBuffer_.data(), count);
+  const RunningEvent running(*this, id, connection);
+  WaitForText(id, connection);
+  events_->DataIn(id, std::move(text));
+}
+
+void Listener::Implementation::Send(ConnectionId id, std::string text) {
+  const ConnectionPtr connection = FindUp(id);
+  const std::string name = "connection " + std::to_string(id);
+  if (!connection) throw SocketFailure(SocketFailure::Code::kOther, name + " is not up");
+  if (connection->waitingBytes > kPendingLimit) {
+    throw SocketFailure(SocketFailure::Code::kOther, name + " does not read what it is sent");
+  }
+  if (text.empty()) return;
+  const bool writing = !connection->waiting.empty();
+  connection->waitingBytes += text.size();
+  connection->waiting.push_back(std::move(text));
+  if (!writing) WriteOrWait(id, connection);
+}
+
+void Listener::Implementation::WriteOrWait(ConnectionId id, const ConnectionPtr& connection) {
+  asio::error_code error;
+  // A peer that has gone shows as a failed write first, and then as the end of what can
+  // be read: that end is the event, so an error here only stops the writing.
+  if (WriteNow(*connection, error) || error != asio::error::would_block) return;
+  connection->socket.async_wait(tcp::socket::wait_write,
+                                [this, id, connection](const asio::error_code& cancelled) {
+                                  if (cancelled || !connection->up) return;
+                                  WriteOrWait(id, connection);
+                                });
+}
+
+void Listener::Implementation::Drop(ConnectionId id) {
+  const ConnectionPtr connection = FindUp(id);
+  if (!connection) return;
+  connection->up = false;
+  asio::error_code ignored;
+  connection->socket.close(ignored);
+  // The event comes by itself, and not inside whoever drops the connection. Until then
+  // the number stays taken.
+  ++connection->runningEvents;
+  asio::post(acceptor_.get_executor(), [this, id, connection] {
+    --connection->runningEvents;
+    End(id, connection, 0, "Closed by the server");
+  });
+}
+
+void Listener::Implementation::End(ConnectionId id, const ConnectionPtr& connection, int code,
+                                   const std::string& why) {
+  connection->up = false;
+  asio::error_code ignored;
+  connection->socket.close(ignored);
+  connection->waiting.clear();
+  const RunningEvent running(*this, id, connection);
+  events_->Disconnected(id, code, why);
+}
+
+void Listener::Implementation::FreeIfGone(ConnectionId id, const ConnectionPtr& connection) {
+  if (!connection->up && connection->runningEvents == 0) connections_.erase(id);
+}
+
+void Listener::Implementation::ResumeHeldBack() {
+  if (TooDeep() || heldBack_.empty()) return;
+  const auto resumed = std::exchange(heldBack_, {});
+  for (const auto& [id, connection] : resumed) {
+    if (connection->up) WaitForText(id, connection);
+  }
+}
+
+Listener::Listener(EventLoop& loop)
+    : implementation_(std::make_unique<Implementation>(loop.io())) {}
+
+Listener::~Listener() = default;
+
+void Listener::SetEvents(ListenerEvents& events) {
+  implementation_->SetEvents(events);
+}
+void Listener::SetLocalHost(const std::string& address) {
+  implementation_->SetLocalHost(address);
+}
+void Listener::SetLocalPort(std::int32_t port) {
+  implementation_->SetLocalPort(port);
+}
+std::string Listener::LocalHost() const {
+  return implementation_->LocalHost();
+}
+std::int32_t Listener::LocalPort() const {
+  return implementation_->LocalPort();
+}
+bool Listener::Listening() const {
+  return implementation_->IsOpen();
+}
+
+void Listener::SetListening(bool listening) {
+  if (listening == Listening()) return;
+  if (listening) {
+    implementation_->Open();
+  } else {
+    implementation_->Close();
+  }
+}
+
+bool Listener::Connected(ConnectionId id) const {
+  return implementation_->FindUp(id) != nullptr;
+}
+void Listener::Drop(ConnectionId id) {
+  implementation_->Drop(id);
+}
+void Listener::DataToSend(ConnectionId id, std::string text) {
+  implementation_->Send(id, std::move(text));
+}
+
+std::string Listener::RemoteHost(ConnectionId id) const {
+  const ConnectionPtr connection = implementation_->FindUp(id);
+  return connection ? connection->remoteHost : std::string();
+}
+
+std::int32_t Listener::RemotePort(ConnectionId id) const {
+  const ConnectionPtr connection = implementation_->FindUp(id);
+  return connection ? connection->remotePort : 0;
+}
+
+}  // namespace quillon

@@ -1,0 +1,48 @@
+// The event file and the time stamp of the logs.
+#include "service/diagnostics.h"
+
+#include <fmt/format.h>
+
+#include "platform/files.h"
+
+namespace quillon {
+namespace {
+
+constexpr std::int16_t kEventWaitMs = 500;  // keeps bursts of failures apart
+
+// Descriptions come from many sources; the event file has one line an event.
+std::string OneLine(std::string_view text) {
+  std::string line(text);
+  for (char& character : line) {
+    if (character == '\r' || character == '\n') character = ' ';
+  }
+  return line;
+}
+
+}  // namespace
+
+void AppEvent(const Diagnostics& diagnostics, std::string_view module, std::string_view procedure,
+              std::string_view text, EventType type) {
+  if (diagnostics.settings.AppPath.empty()) return;  // no folder is known yet
+  try {
+    const std::string line =
+        fmt::format("{}\t{}\t{}_{}\t{}{}", DateTimeText(diagnostics.clock.Now()),
+                    static_cast<int>(type), module, procedure, OneLine(text), kLineEnd);
+    AppendToFile(PathBelow(diagnostics.settings, "\\Debug\\AppEventWeb.txt"), line);
+    diagnostics.loop.DelayMs(kEventWaitMs);
+  } catch (const std::exception&) {
+    // The event path is the last resort: what fails here has nowhere to go.
+  }
+}
+
+std::string LogTimeStamp(const Clock& clock) {
+  const DateTime now = clock.Now();
+  const DateTimeParts parts = PartsOf(now);
+  const int wholeSeconds = (parts.hour * 60 + parts.minute) * 60 + parts.second;
+  const auto sinceMidnight =
+      static_cast<float>(wholeSeconds + static_cast<double>(parts.millisecond) / 1000.0);
+  const std::string formatted = fmt::format("{:.3f}", sinceMidnight);
+  return DateTimeText(now) + "." + formatted.substr(formatted.size() - 3);
+}
+
+}  // namespace quillon

@@ -1,0 +1,241 @@
+// Files on a real file system: plain names, replacing in one step, appending, clearing.
+#include "platform/files.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+#include "platform/failure.h"
+#include "support/installation.h"
+
+namespace quillon {
+namespace {
+
+using Names = std::vector<std::string>;
+
+// No file can grow beyond so many bytes as long as this object lives.
+class SmallDisk {
+ public:
+  explicit SmallDisk(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &limit_);
+    const rlimit small{bytes, limit_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+  }
+  ~SmallDisk() {
+    setrlimit(RLIMIT_FSIZE, &limit_);
+    std::signal(SIGXFSZ, signal_);
+  }
+  SmallDisk(const SmallDisk&) = delete;
+  SmallDisk& operator=(const SmallDisk&) = delete;
+
+ private:
+  rlimit limit_{};
+  void (*signal_)(int);
+};
+
+class FilesTest : public testing::Test {
+ protected:
+  std::string Path(const std::string& name) const { return folder + "/" + name; }
+  Names List() const { return installation.List("WebReports/Cache"); }
+  void Write(const std::string& name, const std::string& bytes) const {
+    installation.Write("WebReports/Cache/" + name, bytes);
+  }
+
+  Installation installation;
+  const std::string folder = installation.path() + "/WebReports/Cache";
+};
+
+TEST_F(FilesTest, PlainNameIsAFileOfTheFolder) {
+  for (const std::string name :
+       {"a", "page.htm", "..a", "a..", "...", "*?", " ", "Z\xFCrich", "a b"}) {
+    EXPECT_EQ(PlainFilePath(folder, name), folder + "/" + name);
+  }
+}
+
+TEST_F(FilesTest, NameThatIsNotPlainFails) {
+  Write("page.htm", "x");
+  const std::string names[] = {"",
+                               ".",
+                               "..",
+                               "/",
+                               "a/b",
+                               "../a",
+                               "a\\b",
+                               "..\\a",
+                               "./page.htm",
+                               "page.htm/",
+                               "/etc/hostname",
+                               std::string("a\0b", 3),
+                               std::string("page.htm\0", 9)};
+  for (const std::string& name : names) {
+    EXPECT_THROW(PlainFilePath(folder, name), FileFailure) << testing::PrintToString(name);
+    EXPECT_FALSE(PlainFileExists(folder, name)) << testing::PrintToString(name);
+  }
+}
+
+TEST_F(FilesTest, PlainFileExistsForOrdinaryFilesOnly) {
+  Write("page.htm", "");
+  std::filesystem::create_directory(Path("subfolder"));
+  EXPECT_TRUE(PlainFileExists(folder, "page.htm"));
+  EXPECT_FALSE(PlainFileExists(folder, "PAGE.htm"));
+  EXPECT_FALSE(PlainFileExists(folder, "page"));
+  EXPECT_FALSE(PlainFileExists(folder, "*.htm"));
+  EXPECT_FALSE(PlainFileExists(folder, "subfolder"));
+  EXPECT_FALSE(PlainFileExists(folder + "/missing", "page.htm"));
+}
+
+TEST_F(FilesTest, NameOf255BytesWorksAndOneOf256Fails) {
+  const std::string longest(255, 'a');
+  ReplaceFile(PlainFilePath(folder, longest), "page", OldFile::kStays);
+  EXPECT_TRUE(PlainFileExists(folder, longest));
+  EXPECT_EQ(ReadFileBytes(PlainFilePath(folder, longest)), "page");
+  EXPECT_EQ(List(), Names{longest});
+
+  const std::string tooLong(256, 'a');
+  EXPECT_FALSE(PlainFileExists(folder, tooLong));
+  EXPECT_THROW(ReplaceFile(PlainFilePath(folder, tooLong), "page", OldFile::kStays), FileFailure);
+  EXPECT_THROW(ReadFileBytes(PlainFilePath(folder, tooLong)), FileFailure);
+  EXPECT_EQ(List(), Names{longest});
+}
+
+TEST_F(FilesTest, BytesComeBackAsTheyWere) {
+  std::string allBytes;
+  for (int i = 0; i < 256; ++i) allBytes += static_cast<char>(i);
+  const std::string contents[] = {"", "page\r\n", allBytes, std::string(1'000'000, 'x')};
+  for (const std::string& bytes : contents) {
+    ReplaceFile(Path("page.htm"), bytes, OldFile::kStays);
+    EXPECT_TRUE(ReadFileBytes(Path("page.htm")) == bytes) << bytes.size() << " bytes";
+    EXPECT_EQ(List(), Names{"page.htm"});
+  }
+}
+
+TEST_F(FilesTest, MissingFileAndFolderFailWithTheirName) {
+  const std::function<void()> actions[] = {
+      [&] { ReadFileBytes(Path("missing.htm")); },
+      [&] { ReadFileBytes(Path("missing.htm/page")); },
+      [&] { AppendToFile(Path("missing.htm/page"), "x"); },
+      [&] { ReplaceFile(Path("missing.htm/page"), "x", OldFile::kStays); },
+      [&] { ReplaceFile(Path("missing.htm/page"), "x", OldFile::kGoes); },
+      [&] { TouchFile(Path("missing.htm/page")); },
+  };
+  for (const auto& action : actions) {
+    try {
+      action();
+      ADD_FAILURE() << "no failure of action " << &action - actions;
+    } catch (const FileFailure& failure) {
+      EXPECT_NE(std::string(failure.what()).find("missing.htm"), std::string::npos)
+          << failure.what();
+    }
+  }
+  EXPECT_EQ(List(), Names{});
+}
+
+TEST_F(FilesTest, FolderIsNoFileToRead) {
+  EXPECT_THROW(ReadFileBytes(folder), FileFailure);
+}
+
+TEST_F(FilesTest, ReaderOfTheOldFileSeesItWhole) {
+  Write("page.htm", std::string(100'000, 'o'));
+  std::ifstream reader(Path("page.htm"), std::ios::binary);
+  const int first = reader.get();
+  ReplaceFile(Path("page.htm"), "new", OldFile::kStays);
+  const std::string rest((std::istreambuf_iterator<char>(reader)), {});
+  EXPECT_EQ(first, 'o');
+  EXPECT_TRUE(rest == std::string(99'999, 'o'));
+  EXPECT_EQ(ReadFileBytes(Path("page.htm")), "new");
+}
+
+TEST_F(FilesTest, FailedReplacementLeavesTheOldFileOrNone) {
+  struct Case {
+    OldFile onFailure;
+    Names left;
+  };
+  const Case cases[] = {{OldFile::kStays, {"page.htm"}}, {OldFile::kGoes, {}}};
+  for (const Case& row : cases) {
+    Write("page.htm", "old");
+    {
+      const SmallDisk disk(1000);
+      EXPECT_THROW(ReplaceFile(Path("page.htm"), std::string(50'000, 'n'), row.onFailure),
+                   FileFailure);
+    }
+    EXPECT_EQ(List(), row.left);
+    EXPECT_EQ(installation.Read("WebReports/Cache/page.htm"), row.left.empty() ? "" : "old");
+  }
+}
+
+TEST_F(FilesTest, FailedFirstWriteLeavesNothing) {
+  for (const OldFile onFailure : {OldFile::kStays, OldFile::kGoes}) {
+    const SmallDisk disk(1000);
+    EXPECT_THROW(ReplaceFile(Path("page.htm"), std::string(50'000, 'n'), onFailure), FileFailure);
+    EXPECT_EQ(List(), Names{});
+  }
+}
+
+TEST_F(FilesTest, AppendMakesTheFileAndThenGrowsIt) {
+  AppendToFile(Path("events.txt"), "one\r\n");
+  AppendToFile(Path("events.txt"), "");
+  AppendToFile(Path("events.txt"), "two\r\n");
+  EXPECT_EQ(ReadFileBytes(Path("events.txt")), "one\r\ntwo\r\n");
+}
+
+TEST_F(FilesTest, FailedAppendIsAFailure) {
+  const SmallDisk disk(1000);
+  EXPECT_THROW(AppendToFile(Path("events.txt"), std::string(50'000, 'n')), FileFailure);
+}
+
+TEST_F(FilesTest, TouchMakesAnEmptyFileAndKeepsAnother) {
+  TouchFile(Path("new.htm"));
+  EXPECT_EQ(std::filesystem::file_size(Path("new.htm")), 0u);
+  Write("old.htm", "content");
+  TouchFile(Path("old.htm"));
+  EXPECT_EQ(ReadFileBytes(Path("old.htm")), "content");
+}
+
+TEST_F(FilesTest, DeleteMatchingTakesTheNamesOfThePattern) {
+  struct Case {
+    std::string pattern;
+    Names left;
+  };
+  const Names names = {"WebConnection-1.txt",
+                       "WebConnections.txt",
+                       "WebSql.txt",
+                       "WebSqlTop10.txt",
+                       "WebSqlTop10.txt.bak",
+                       "qws.css",
+                       "qwsxcss"};
+  const Case cases[] = {
+      {"WebConnection*.txt", {names[2], names[3], names[4], names[5], names[6]}},
+      {"WebSql*.txt", {names[0], names[1], names[4], names[5], names[6]}},
+      {"qws.css", {names[0], names[1], names[2], names[3], names[4], names[6]}},
+      {"*Top*t*", {names[0], names[1], names[2], names[5], names[6]}},
+      {"qws?css", names},
+      {"websql*.txt", names},
+      {"*.htm", names},
+      {"", names},
+      {"*", {}},
+  };
+  for (const Case& row : cases) {
+    for (const std::string& name : names) Write(name, "x");
+    DeleteMatching(folder, row.pattern);
+    EXPECT_EQ(List(), row.left) << row.pattern;
+  }
+}
+
+TEST_F(FilesTest, DeleteMatchingLeavesFoldersAlone) {
+  std::filesystem::create_directory(Path("old.htm"));
+  Write("new.htm", "x");
+  DeleteMatching(folder, "*.htm");
+  EXPECT_EQ(List(), Names{"old.htm"});
+}
+
+TEST_F(FilesTest, DeleteMatchingInAMissingFolderDoesNothing) {
+  EXPECT_NO_THROW(DeleteMatching(folder + "/missing", "*.htm"));
+}
+
+}  // namespace
+}  // namespace quillon

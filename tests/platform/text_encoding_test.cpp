@@ -1,0 +1,101 @@
+// Database text as bytes of a page's charset, and a request's bytes as database text.
+#include "platform/text_encoding.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace quillon {
+namespace {
+
+using namespace std::string_literals;
+
+struct Pair {
+  std::string charSet;
+  std::string utf8;
+  std::string bytes;
+};
+
+// Texts that a charset can show: they pass both ways.
+const Pair kShown[] = {
+    {"ISO-8859-1", "", ""},
+    {"ISO-8859-1", "port 1/24", "port 1/24"},
+    {"ISO-8859-1", "Z\u00FCrich", "Z\xFCrich"},
+    {"ISO-8859-1", "\u00C5\u00DF\u00FF", "\xC5\xDF\xFF"},
+    {"ISO-8859-1", "a\0b"s, "a\0b"s},
+    {"ISO-8859-2", "\u0141\u00F3d\u017A",
+     "\xA3\xF3"
+     "d\xBC"},
+    {"ISO-8859-5", "\u041F\u0440\u0438\u0432\u0435\u0442", "\xBF\xE0\xD8\xD2\xD5\xE2"},
+    {"ISO-8859-15", "5 \u20AC", "5 \xA4"},
+    {"ISO-2022-JP", "sw-1", "sw-1"},
+    {"ISO-2022-JP", "\u65E5\u672C", "\x1B$BF|K\\\x1B(B"},
+    {"ISO-2022-JP", "a\u65E5z", "a\x1B$BF|\x1B(Bz"},
+    {"UTF-8", "Z\u00FCrich \u65E5", "Z\u00FCrich \u65E5"},
+    {"", "Z\u00FCrich \u65E5", "Z\u00FCrich \u65E5"},
+    {"no-such-charset", "Z\u00FCrich \u65E5", "Z\u00FCrich \u65E5"},
+};
+
+TEST(TextEncoding, DatabaseTextBecomesBytesOfTheCharset) {
+  for (const Pair& pair : kShown) {
+    EXPECT_EQ(pair.bytes, PageText(pair.utf8, pair.charSet)) << pair.charSet << ": " << pair.utf8;
+  }
+}
+
+TEST(TextEncoding, BytesOfTheCharsetBecomeDatabaseText) {
+  for (const Pair& pair : kShown) {
+    EXPECT_EQ(pair.utf8, DatabaseText(pair.bytes, pair.charSet))
+        << pair.charSet << ": " << pair.utf8;
+  }
+}
+
+TEST(TextEncoding, CharacterThatTheCharsetLacksBecomesOneQuestionMark) {
+  const Pair rows[] = {
+      {"ISO-8859-1", "5 \u20AC", "5 ?"},
+      {"ISO-8859-1", "\u20AC", "?"},
+      {"ISO-8859-1", "\u65E5\u672C switch", "?? switch"},
+      {"ISO-8859-1", "a\U0001F600b", "a?b"},
+      {"ISO-8859-1", "\u201Cx\u201D", "?x?"},
+      {"ISO-8859-5", "Z\u00FCrich", "Z?rich"},
+      {"ISO-2022-JP", "Z\u00FCrich", "Z?rich"},
+  };
+  for (const Pair& row : rows) {
+    EXPECT_EQ(row.bytes, PageText(row.utf8, row.charSet)) << row.charSet << ": " << row.utf8;
+  }
+}
+
+TEST(TextEncoding, QuestionMarkBetweenJapaneseCharactersIsReadable) {
+  const std::string page = PageText("\u65E5\u00FC\u672C", "ISO-2022-JP");
+  EXPECT_EQ("\u65E5?\u672C", DatabaseText(page, "ISO-2022-JP"));
+}
+
+TEST(TextEncoding, ByteThatIsNoTextOfTheCharsetBecomesAQuestionMark) {
+  EXPECT_EQ("a?b", DatabaseText("a\xA5"
+                                "b",
+                                "ISO-8859-3"));
+  EXPECT_EQ("?", DatabaseText("\xA5", "ISO-8859-3"));
+  EXPECT_EQ("a?b", DatabaseText("a\xFF"
+                                "b",
+                                "ISO-2022-JP"));
+}
+
+TEST(TextEncoding, WithoutConversionEveryByteStays) {
+  const std::string bytes =
+      "a\xFF\xFC"
+      "b\0c"s;
+  for (const std::string charSet : {"", "UTF-8", "no-such-charset"}) {
+    EXPECT_EQ(bytes, PageText(bytes, charSet)) << charSet;
+    EXPECT_EQ(bytes, DatabaseText(bytes, charSet)) << charSet;
+  }
+}
+
+TEST(TextEncoding, LongTextIsConvertedWhole) {
+  constexpr int kLength = 100'000;
+  std::string utf8;
+  for (int i = 0; i < kLength; ++i) utf8 += "\u00FC";
+  EXPECT_EQ(std::string(kLength, '\xFC'), PageText(utf8, "ISO-8859-1"));
+  EXPECT_EQ(utf8, DatabaseText(std::string(kLength, '\xFC'), "ISO-8859-1"));
+}
+
+}  // namespace
+}  // namespace quillon

@@ -1,0 +1,57 @@
+// The service's objects around a test installation and a clock that is set by hand:
+// what main.cpp builds, without sockets.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/event_loop.h"
+#include "queries/query_context.h"
+#include "render/render_context.h"
+#include "service/diagnostics.h"
+#include "support/installation.h"
+#include "support/test_clock.h"
+
+namespace quillon {
+
+class House {
+ public:
+  House() {
+    settings.AppPath = installation.path();
+    settings.ConnMain = ConnectionString("Quillon.mdb");
+    settings.ConnReports = ConnectionString("Reports.mdb");
+    settings.ConnHistory = ConnectionString("History.mdb");
+    settings.DatumFormat = "YYYY-MM-DD";
+    settings.CharSet = "ISO-8859-1";
+  }
+
+  // Lines of the event file, oldest first, without their time stamps:
+  // "1\tmodHtml_ReadCssText\t...".
+  std::vector<std::string> Events() const {
+    std::vector<std::string> events;
+    for (const std::string& line : SplitLines(installation.Read("Debug/AppEventWeb.txt"))) {
+      constexpr std::size_t kStampLength = 20;  // "YYYY-MM-DD HH:MM:SS" and the tab
+      events.push_back(line.size() < kStampLength ? line : line.substr(kStampLength));
+    }
+    return events;
+  }
+
+  Installation installation;
+  TestClock clock;
+  EventLoop loop{clock};
+  Settings settings;
+  LangWords words;
+  ReportPeriod period;
+  ReportRecords records;
+  Diagnostics diagnostics{settings, clock, loop};
+  RenderContext render{diagnostics, settings, words, period, records};
+  QueryContext queries{diagnostics, settings, clock, words, period, records};
+
+ private:
+  std::string ConnectionString(const std::string& file) const {
+    return "Provider=SQLite;Data Source=" + installation.path() + "/" + file +
+           ";Persist Security Info=False";
+  }
+};
+
+}  // namespace quillon
