@@ -1,0 +1,70 @@
+// The route table and the default page.
+#include "web/route_table.h"
+
+#include "render/page_frame.h"
+#include "web/http_header.h"
+#include "web/static_routes.h"
+#include "web/text_search.h"
+#include "web/top10_routes.h"
+
+namespace quillon {
+namespace {
+
+enum class Where { kHttpQuery, kText };  // the first line, or all of the request
+
+struct Route {
+  std::string_view words;
+  Where where;
+  void (*run)(WebContext& context, Request& request);
+};
+
+// A report that this build does not hold: nothing is sent, as for a page that nobody
+// has made yet.
+void GiveUp(WebContext&, Request&) {}
+
+// The order is meaning: the first hit ends the search, and a chart's URL holds the name
+// of the table that it belongs to, so the charts stand in front.
+constexpr Route kRoutes[] = {
+    {"hist45-", Where::kHttpQuery, GiveUp},
+    {"hist45d-switch-", Where::kHttpQuery, GiveUp},
+    {"-port-summary", Where::kHttpQuery, GiveUp},
+    {"switch-access-port-top10", Where::kHttpQuery, RouteSwitchTop10Access},
+    {"switch-trunk-port-top10", Where::kHttpQuery, RouteSwitchTop10Trunk},
+    {"GET /select?report=search-device-port-name", Where::kText, GiveUp},
+    {"GET /select?report=search-device-port-alias", Where::kText, GiveUp},
+    {"GET /select?report=search-mac-ip", Where::kText, GiveUp},
+    {"POST /search-mac-ip", Where::kText, GiveUp},
+    {"POST /search-device-port-name", Where::kText, GiveUp},
+    {"POST /search-device-port-alias", Where::kText, GiveUp},
+    {"histdisk45-", Where::kHttpQuery, GiveUp},
+    {"histdisksearch45-", Where::kHttpQuery, GiveUp},
+    {"disk-physical-top10", Where::kHttpQuery, RouteCachedPage},
+    {"disk-virtual-top10", Where::kHttpQuery, RouteCachedPage},
+    {"disk-windows-top10", Where::kHttpQuery, RouteCachedPage},
+    {"disk-unix-top10", Where::kHttpQuery, RouteCachedPage},
+    {"disk-mem-summary", Where::kHttpQuery, RouteCachedPage},
+    {"GET /select?report=search-device-disk", Where::kText, GiveUp},
+    {"POST /search-device-disk", Where::kText, GiveUp},
+    {"GET /qws.css", Where::kText, RouteStylesheet},
+    {"GET /favicon.ico", Where::kText, RouteFavIcon},
+};
+
+// Every unknown URL, and the root: the selector and nothing more, without a footer.
+void RouteDefaultPage(WebContext& context, Request& request) {
+  TopHeader_Begin(context.render, kReportPageWidth, "none", request.pageHtml);
+  TopHeader_End(context.render, request.pageHtml);
+  Page_End(context.render, request.pageHtml);
+  HTTP_Header("text/html", request.pageHtml);
+}
+
+}  // namespace
+
+void Dispatch(WebContext& context, Request& request) {
+  for (const Route& route : kRoutes) {
+    const std::string& text = route.where == Where::kText ? request.Text : request.httpQuery;
+    if (Holds(text, route.words)) return route.run(context, request);
+  }
+  RouteDefaultPage(context, request);
+}
+
+}  // namespace quillon

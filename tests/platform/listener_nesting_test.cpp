@@ -1,0 +1,201 @@
+// Events of the listener inside the waits of other events: who is served when, how deep
+// it goes, and which ids stay taken meanwhile.
+#include <algorithm>
+
+#include "platform/listener_fixture.h"
+
+namespace quillon {
+namespace {
+
+// Its handlers log their ends too and know how deep they are.
+class ListenerNestingTest : public ListenerTest {
+ protected:
+  ListenerNestingTest() {
+    events.onData = [this](ConnectionId id, const std::string& text) { Handle(id, text); };
+  }
+
+  void Handle(ConnectionId id, const std::string& text) {
+    ++depth;
+    deepest = std::max(deepest, depth);
+    if (inside) inside(id, text);
+    --depth;
+    events.log.push_back("end " + std::to_string(id));
+  }
+
+  // Clients that are connected, with ids from 1 on; the log starts empty behind them.
+  void ConnectClients(int count) {
+    for (int i = 0; i < count; ++i) clients.push_back(Connect());
+    events.log.clear();
+  }
+
+  RawClient& ClientOf(int id) { return *clients.at(static_cast<std::size_t>(id - 1)); }
+
+  std::vector<Client> clients;
+  std::function<void(ConnectionId, const std::string&)> inside;  // what a handler does
+  int depth = 0;
+  int deepest = 0;
+};
+
+TEST_F(ListenerNestingTest, SecondConnectionIsAnsweredWhileTheFirstHandlerWaits) {
+  ConnectClients(2);
+  inside = [&](ConnectionId id, const std::string&) {
+    if (id == 1) {
+      ClientOf(2).Send("second");
+      loop.DelayMs(500);
+      ClientOf(2).Receive();
+    }
+    listener.DataToSend(id, "answer");
+  };
+  SendAndSettle(ClientOf(1), "first");
+  EXPECT_EQ(events.log, (Log{"data 1", "data 2", "end 2", "end 1"}));
+  EXPECT_EQ(ClientOf(2).received(), "answer");
+  ReceiveUpTo(ClientOf(1), 6);
+  EXPECT_EQ(ClientOf(1).received(), "answer");
+}
+
+TEST_F(ListenerNestingTest, EventsNestThreeLevelsDeep) {
+  ConnectClients(3);
+  inside = [&](ConnectionId id, const std::string&) {
+    if (id < 3) ClientOf(id + 1).Send("next");
+    loop.DelayMs(500);
+  };
+  SendAndSettle(ClientOf(1), "first");
+  EXPECT_EQ(events.log, (Log{"data 1", "data 2", "data 3", "end 3", "end 2", "end 1"}));
+}
+
+TEST_F(ListenerNestingTest, SameConnectionMayAskAgainWhileItsHandlerWaits) {
+  ConnectClients(1);
+  inside = [&](ConnectionId, const std::string& text) {
+    if (text == "first") ClientOf(1).Send("second");
+    loop.DelayMs(500);
+  };
+  SendAndSettle(ClientOf(1), "first");
+  EXPECT_EQ(events.log, (Log{"data 1", "data 1", "end 1", "end 1"}));
+  EXPECT_EQ(events.reads[1], (Log{"first", "second"}));
+}
+
+TEST_F(ListenerNestingTest, ConnectionsComeAndGoWhileAHandlerWaits) {
+  ConnectClients(1);
+  inside = [&](ConnectionId, const std::string&) {
+    clients.push_back(ConnectUnnoticed());
+    loop.DelayMs(500);
+    ClientOf(2).Close();
+    loop.DelayMs(500);
+  };
+  SendAndSettle(ClientOf(1), "first");
+  EXPECT_EQ(events.log, (Log{"data 1", "connected 2", "disconnected 2", "end 1"}));
+}
+
+TEST_F(ListenerNestingTest, ReadsNest32DeepAtMostAndAllAreServed) {
+  constexpr int kClients = 40;
+  ConnectClients(kClients);
+  std::map<ConnectionId, int> handled;
+  inside = [&](ConnectionId id, const std::string&) {
+    if (++handled[id] <= 3) ClientOf(id).Send("again");
+    loop.DelayMs(20);
+  };
+  for (int id = 1; id <= kClients; ++id) ClientOf(id).Send("r");
+  for (int round = 0; round < 20; ++round) Settle();
+
+  EXPECT_EQ(deepest, Listener::kDepthLimit);
+  EXPECT_EQ(depth, 0);
+  for (const auto& [id, reads] : events.reads) {
+    std::string sent = "r";
+    for (int i = 0; i < std::min(handled[id], 3); ++i) sent += "again";
+    EXPECT_EQ(Joined(reads), sent) << id;
+  }
+  EXPECT_EQ(events.reads.size(), static_cast<std::size_t>(kClients));
+}
+
+TEST_F(ListenerNestingTest, OneClientCannotNestDeeperEither) {
+  ConnectClients(1);
+  int requests = 0;
+  inside = [&](ConnectionId id, const std::string&) {
+    if (++requests < 100) ClientOf(id).Send("r");
+    loop.DelayMs(20);
+  };
+  ClientOf(1).Send("r");
+  for (int round = 0; round < 20; ++round) Settle();
+  EXPECT_EQ(deepest, Listener::kDepthLimit);
+  EXPECT_EQ(depth, 0);
+}
+
+TEST_F(ListenerNestingTest, OtherEventsAreServedAtTheGreatestDepth) {
+  ConnectClients(40);
+  bool served = false;
+  inside = [&](ConnectionId, const std::string&) {
+    if (depth == Listener::kDepthLimit) loop.Post([&] { served = true; });
+    loop.DelayMs(20);
+    if (depth == Listener::kDepthLimit) {
+      EXPECT_TRUE(served);
+    }
+  };
+  for (int id = 1; id <= 40; ++id) ClientOf(id).Send("r");
+  for (int round = 0; round < 5; ++round) Settle();
+  EXPECT_TRUE(served);
+  EXPECT_EQ(std::count(events.log.begin(), events.log.end(), "end 40"), 1);
+}
+
+TEST_F(ListenerNestingTest, ConnectionThatLeavesAtTheGreatestDepthIsReportedInTheEnd) {
+  ConnectClients(40);
+  inside = [&](ConnectionId, const std::string&) { loop.DelayMs(20); };
+  for (int id = 1; id <= 40; ++id) {
+    ClientOf(id).Send("r");
+    ClientOf(id).Close();
+  }
+  for (int round = 0; round < 10; ++round) Settle();
+  for (int id = 1; id <= 40; ++id) {
+    const std::string number = std::to_string(id);
+    EXPECT_EQ(std::count(events.log.begin(), events.log.end(), "data " + number), 1) << id;
+    EXPECT_EQ(std::count(events.log.begin(), events.log.end(), "disconnected " + number), 1) << id;
+    EXPECT_FALSE(listener.Connected(static_cast<ConnectionId>(id))) << id;
+  }
+}
+
+TEST_F(ListenerNestingTest, IdOfALeaverIsNotGivenAwayWhileItsEventRuns) {
+  ConnectClients(1);
+  inside = [&](ConnectionId id, const std::string&) {
+    ClientOf(1).Close();
+    loop.DelayMs(500);
+    EXPECT_FALSE(listener.Connected(id));
+    clients.push_back(ConnectUnnoticed());
+    loop.DelayMs(500);
+    EXPECT_FALSE(listener.Connected(id));
+  };
+  SendAndSettle(ClientOf(1), "first");
+  clients.push_back(Connect());
+  EXPECT_EQ(events.connected, (std::vector<ConnectionId>{1, 2, 1}));
+  EXPECT_EQ(std::count(events.log.begin(), events.log.end(), "disconnected 1"), 1);
+}
+
+TEST_F(ListenerNestingTest, AnswerToALeaverFailsAndReachesNobodyElse) {
+  ConnectClients(1);
+  inside = [&](ConnectionId id, const std::string&) {
+    ClientOf(1).Close();
+    clients.push_back(ConnectUnnoticed());
+    loop.DelayMs(500);
+    EXPECT_THROW(listener.DataToSend(id, "page of the leaver"), SocketFailure);
+  };
+  SendAndSettle(ClientOf(1), "first");
+  ClientOf(2).Receive();
+  EXPECT_EQ(ClientOf(2).received(), "");
+}
+
+TEST_F(ListenerNestingTest, QuitEndsTheHandlersThatWait) {
+  ConnectClients(2);
+  inside = [&](ConnectionId id, const std::string&) {
+    if (id == 2) {
+      loop.Quit();
+      return;
+    }
+    ClientOf(2).Send("second");
+    loop.DelayMs(500);
+    ADD_FAILURE() << "the wait went on";
+  };
+  ClientOf(1).Send("first");
+  loop.Run();
+  EXPECT_EQ(events.log, (Log{"data 1", "data 2", "end 2"}));
+}
+
+}  // namespace
+}  // namespace quillon
