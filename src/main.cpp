@@ -1,0 +1,46 @@
+// The composition root: builds the service's objects and hands over to Form_Load. What
+// is built here lives as long as the process; nothing else is global.
+#include <string>
+
+#include "platform/clock.h"
+#include "service/lifecycle.h"
+#include "web/connections.h"
+
+namespace {
+
+// The options as one text, as they were typed.
+std::string CommandLine(int argumentCount, char** arguments) {
+  std::string line;
+  for (int i = 1; i < argumentCount; ++i) {
+    line += (line.empty() ? "" : " ") + std::string(arguments[i]);
+  }
+  return line;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  using namespace quillon;
+  SystemClock clock;
+  EventLoop loop(clock);
+  Settings settings;
+  LangWords words;
+  ReportPeriod period;
+  ReportRecords records;
+  std::string favIconData;
+
+  const Diagnostics diagnostics{settings, clock, loop};
+  RenderContext render{diagnostics, settings, words, period, records};
+  QueryContext queries{diagnostics, settings, clock, words, period, records};
+
+  Listener tcpServer(loop);
+  PageMemory pageMemory;
+  WebContext web{diagnostics, settings, clock,      tcpServer,  render,
+                 queries,     records,  pageMemory, favIconData};
+  WebServer webServer(web);
+  tcpServer.SetEvents(webServer);
+
+  ServiceContext service{diagnostics, settings, clock,       loop,
+                         tcpServer,   words,    favIconData, nullptr};
+  return Form_Load(service, CommandLine(argumentCount, arguments));
+}

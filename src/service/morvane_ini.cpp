@@ -1,0 +1,55 @@
+// Reading the ini file: sections do not matter, a later line overrides an earlier one.
+#include "service/morvane_ini.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/number_text.h"
+#include "platform/text_lines.h"
+#include "service/error_exit.h"
+
+namespace quillon {
+namespace {
+
+std::int16_t ToPort(const std::string& text) {
+  using Limits = std::numeric_limits<std::int16_t>;
+  const std::int32_t number = TextToLong(text);
+  if (number < Limits::min() || number > Limits::max()) {
+    throw OverflowFailure("ServerTrapPort out of range: " + text);
+  }
+  return static_cast<std::int16_t>(number);
+}
+
+void TakeSetting(std::string_view line, Settings& settings) {
+  const std::size_t equals = line.find('=');
+  if (line.starts_with(';') || line.starts_with('[') || equals == std::string_view::npos) return;
+  const std::string key = Trimmed(line.substr(0, equals));
+  const std::string value = Trimmed(line.substr(equals + 1));
+  if (key == "ServerIpAddr") settings.ServerIpAddr = value;
+  if (key == "ServerTrapPort") settings.ServerTrapPort = ToPort(value);
+}
+
+}  // namespace
+
+std::string MorvaneIniPath(const Settings& settings) {
+  std::string path = settings.MorvaneDir + "\\Morvane.ini";
+  std::replace(path.begin(), path.end(), '\\', '/');
+  return path.starts_with('/') ? path : settings.AppPath + "/" + path;
+}
+
+void ReadMorvaneIni(ServiceContext& context) {
+  ErrorExit(context.diagnostics, "modQuillonWeb", "ReadMorvaneIni", [&] {
+    context.settings.ServerIpAddr = "127.0.0.1";
+    context.settings.ServerTrapPort = 162;
+    const std::string path = MorvaneIniPath(context.settings);
+    if (!FileExists(path)) return;
+    const std::string text = ReadFileBytes(path);
+    for (std::string_view rest = text; !rest.empty();) {
+      TakeSetting(TakeLine(rest), context.settings);
+    }
+  });
+}
+
+}  // namespace quillon
