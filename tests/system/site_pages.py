@@ -1,0 +1,13 @@
+"""The pages of the site, as far as several tests look at them."""
+
+METRICS = ("involume", "outvolume", "inbroadcast", "inmulticast", "inerrors", "outerrors")
+LISTS = [f"switch-{kind}-port-top10-{metric}.htm"
+         for kind in ("access", "trunk") for metric in METRICS]
+
+FOOTER = b"<table width='790px' class='footer'>"
+PAGE_END = b"</body>\r\n</html>"
+
+
+def listed_ports(page):
+    """How many rows the list on the page has: each links to the charts of its port."""
+    return page.count(b"<a href=hist45-")
