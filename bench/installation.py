@@ -1,0 +1,116 @@
+"""An installation with demonstration data, and the real service running in it."""
+
+import http.client
+import shutil
+import signal
+import socket
+import subprocess
+import time
+from pathlib import Path
+from typing import Optional
+
+from figures import MeasureError
+
+PROGRAMS = Path("build/bench/bin")
+SCRATCH = Path("build/bench/scratch")
+HOST = "127.0.0.1"
+START_WAIT = 30.0  # seconds from the start state to the tick that opens the listener
+
+SERVER_CORE = "0"
+CLIENT_CORE = "1"
+
+
+def pinned(core: str, *command) -> list[str]:
+    return ["taskset", "-c", core, *map(str, command)]
+
+
+def free_port() -> int:
+    with socket.socket() as probe:
+        probe.bind((HOST, 0))
+        return probe.getsockname()[1]
+
+
+def accepts(port: int) -> bool:
+    with socket.socket() as probe:
+        return probe.connect_ex((HOST, port)) == 0
+
+
+def sql(database: Path, statements: str) -> None:
+    """Runs statements by the shell. This process does not load the library itself: the
+    service's pages of it would count as shared."""
+    subprocess.run(["sqlite3", "-bail", str(database)], input=statements, text=True, check=True,
+                   stdout=subprocess.DEVNULL)
+
+
+def make_installation(name: str) -> Path:
+    """Databases with the demonstration's network, and the program's files."""
+    directory = SCRATCH / name
+    shutil.rmtree(directory, ignore_errors=True)
+    directory.parent.mkdir(parents=True, exist_ok=True)
+    for command in ("create", "demo"):
+        subprocess.run([str(PROGRAMS / "quillondb"), command, str(directory)], check=True,
+                       stdout=subprocess.DEVNULL)
+    shutil.copy(PROGRAMS / "quillonweb", directory)
+    shutil.copytree("share/WebReports", directory / "WebReports", dirs_exist_ok=True)
+    return directory
+
+
+class Service:
+    """The program in an installation, from its start to its stop."""
+
+    def __init__(self, directory: Path, core: Optional[str] = None):
+        self.port = free_port()
+        # No agent, since its opening waits a second before the listener's; and the day's
+        # report counts as imported, else the nightly work would run beside the measuring.
+        sql(directory / "Quillon.mdb",
+            f"UPDATE Settings_WebServer SET IpAddr = '{HOST}', TcpPort = {self.port};"
+            "UPDATE Settings_SnmpAgent SET Enabled = 0;")
+        sql(directory / "History.mdb",
+            "UPDATE General_Info SET LastImport = datetime('now', 'localtime');")
+        program = (directory / "quillonweb").resolve()
+        command = [str(program)] if core is None else pinned(core, program)
+        self.started = time.monotonic()
+        self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL)
+
+    def wait_for_listener(self) -> float:
+        """Seconds from the start until the socket accepted, to half a millisecond."""
+        step = 0.0005
+        before = self.started + START_WAIT - 1 - time.monotonic()
+        time.sleep(max(0.0, before))
+        if accepts(self.port):
+            raise MeasureError("the listener was open before it was looked for")
+        while time.monotonic() < self.started + START_WAIT + 10:
+            if accepts(self.port):
+                return time.monotonic() - self.started
+            if self.process.poll() is not None:
+                raise MeasureError(f"quillonweb ended with status {self.process.returncode}")
+            time.sleep(step)
+        raise MeasureError("quillonweb does not open its listener")
+
+    def get(self, page: str) -> Optional[bytes]:
+        """The body of a page; nothing where the service leaves the request unanswered."""
+        connection = http.client.HTTPConnection(HOST, self.port, timeout=3)
+        try:
+            connection.request("GET", "/" + page)
+            return connection.getresponse().read()
+        except TimeoutError:
+            return None
+        finally:
+            connection.close()
+
+    def ask_to_stop(self) -> None:
+        self.process.send_signal(signal.SIGTERM)
+
+    def wait_for_end(self) -> None:
+        try:
+            self.process.wait(timeout=20)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            self.process.wait()
+
+    def __enter__(self) -> "Service":
+        return self
+
+    def __exit__(self, *_) -> None:
+        self.ask_to_stop()
+        self.wait_for_end()
