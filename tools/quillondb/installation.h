@@ -14,8 +14,8 @@ inline constexpr std::array<const char*, 4> kFolders = {"WebReports", "WebReport
 inline constexpr const char* kMorvaneIni = "Morvane.ini";
 
 // Makes the directory where it is missing, and all that a new installation holds. Folders, a
-// Morvane.ini and a stylesheet that are there stay as they are. Throws std::runtime_error where a database is
-// there already or something cannot be written.
+// Morvane.ini and a stylesheet that are there stay as they are. Throws std::runtime_error where a
+// database is there already or something cannot be written.
 void CreateInstallation(const std::string& directory);
 
 // Lets the listener of the installation use another port from its next start on.
