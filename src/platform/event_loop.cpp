@@ -49,7 +49,8 @@ class RepeatingTimer : public EventLoop::Timer {
     timer_.async_wait([this](const asio::error_code& error) {
       if (error) return;
       Arm();
-      handler_();
+      const auto handler = handler_;  // a tick may end its own timer
+      handler();
     });
   }
 

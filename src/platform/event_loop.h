@@ -43,8 +43,9 @@ class EventLoop {
   // into a container that such an event can change. `milliseconds` is a 16-bit number.
   void DelayMs(std::int16_t milliseconds);
 
-  // Calls the handler every `interval` from now on, until the returned timer goes. A
-  // tick that falls due while the thread is busy comes once, late, and not in a burst.
+  // Calls the handler every `interval` from now on, until the returned timer goes, which
+  // it may do inside a tick. A tick that falls due while the thread is busy comes once, late, and
+  // not in a burst.
   class Timer {
    public:
     virtual ~Timer() = default;
