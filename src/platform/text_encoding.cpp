@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <map>
+#include <utility>
 
 namespace quillon {
 namespace {
@@ -28,6 +30,7 @@ class Conversion {
   // Converts all of `input`; what cannot be converted becomes "?".
   std::string Run(std::string_view input, bool inputIsUtf8) {
     std::string output;
+    iconv(descriptor_, nullptr, nullptr, nullptr, nullptr);  // from the first shift state
     std::string source(input);
     char* next = source.data();
     std::size_t left = source.size();
@@ -67,6 +70,13 @@ class Conversion {
   iconv_t descriptor_;
 };
 
+// Conversions stay open once they are used: the C library loads a file for each opening.
+// A charset that is unknown stays so.
+Conversion& OpenConversion(const std::string& to, const std::string& from) {
+  static std::map<std::pair<std::string, std::string>, Conversion> conversions;
+  return conversions.try_emplace({to, from}, to.c_str(), from.c_str()).first->second;
+}
+
 bool IsPlainAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char character) {
     const auto byte = static_cast<unsigned char>(character);
@@ -82,14 +92,19 @@ bool NeedsNoConversion(std::string_view text, const std::string& charSet) {
 
 std::string PageText(std::string_view utf8, const std::string& charSet) {
   if (NeedsNoConversion(utf8, charSet)) return std::string(utf8);
-  Conversion conversion(charSet.c_str(), "UTF-8");
+  Conversion& conversion = OpenConversion(charSet, "UTF-8");
   return conversion.known() ? conversion.Run(utf8, true) : std::string(utf8);
 }
 
 std::string DatabaseText(std::string_view bytes, const std::string& charSet) {
   if (NeedsNoConversion(bytes, charSet)) return std::string(bytes);
-  Conversion conversion("UTF-8", charSet.c_str());
+  Conversion& conversion = OpenConversion("UTF-8", charSet);
   return conversion.known() ? conversion.Run(bytes, false) : std::string(bytes);
+}
+
+void LoadCharset(const std::string& charSet) {
+  constexpr std::string_view kLetter = "\xC3\xA4";  // any one beyond ASCII
+  DatabaseText(PageText(kLetter, charSet), charSet);
 }
 
 }  // namespace quillon

@@ -15,4 +15,8 @@ std::string PageText(std::string_view utf8, const std::string& charSet);
 // A request's bytes as database text; a byte that is no text of the charset becomes "?".
 std::string DatabaseText(std::string_view bytes, const std::string& charSet);
 
+// Loads the conversions of a charset, which the C library keeps in files of its own: after
+// this no page has to open one.
+void LoadCharset(const std::string& charSet);
+
 }  // namespace quillon

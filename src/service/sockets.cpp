@@ -6,6 +6,7 @@
 #include "platform/database.h"
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/text_encoding.h"
 #include "service/error_exit.h"
 
 namespace quillon {
@@ -60,6 +61,7 @@ std::string Listen(ServiceContext& context, ListenerRow& row) {
 void OpenListener(ServiceContext& context) {
   ListenerRow row(context.settings);
   context.settings.CharSet = row.Field("CharSet").AsText();
+  LoadCharset(context.settings.CharSet);
   const bool enabled = row.Field("Enabled").AsBoolean();
   const std::string status = enabled ? Listen(context, row) : kNotStarted;
   row.Store("Status", status);
