@@ -29,6 +29,8 @@ class Value {
   static Value Boolean(bool truth);
 
   Type type() const { return type_; }
+  // What an integer holds, all 64 bits of it.
+  std::int64_t integer() const { return integer_; }
   bool IsNull() const { return type_ == Type::kNull; }
 
   // The value as text: numbers in their shortest form, "True" and "False", a date as
@@ -90,7 +92,7 @@ class Recordset {
 
   void Close();
 
-  class Source;  // where the rows come from; see database.cpp
+  class Source;  // where the rows come from; see recordset_source.h
 
  private:
   friend class Connection;

@@ -3,8 +3,6 @@
 // guard that keeps a read-only handle to the tables of its own file.
 #pragma once
 
-#include <string_view>
-
 struct sqlite3;
 
 namespace quillon {
@@ -17,13 +15,5 @@ void RegisterDialect(sqlite3* handle);
 // no pragma, no virtual table, no recursion, no function but Count, Format and LIKE, no
 // value beyond 16 MiB.
 void GuardReader(sqlite3* handle);
-
-// Text compared without regard to case, for all letters: below 0, 0 or above 0.
-int CompareFolded(std::string_view left, std::string_view right);
-
-// LIKE without regard to case: "%" any run of characters, "_" one, "[abc]" and "[a-f]"
-// one of a list, "[!a]" one outside it. An unclosed "[" is that character, "[]" stands
-// for nothing, "[!]" for "!".
-bool MatchesLike(std::string_view text, std::string_view pattern);
 
 }  // namespace quillon

@@ -8,54 +8,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
+
+#include "platform/sqlite_statement.h"
 
 namespace quillon {
-
-// One prepared statement, usable again and again. Positions of values and columns as in SQL:
-// values count from 1, columns from 0. Every failure is a DatabaseFailure.
-class SqliteStatement {
- public:
-  // Runs the statement with these values (integers, doubles, bools, texts) to its end.
-  template <typename... Values>
-  void Run(const Values&... values) {
-    Reset();
-    int position = 0;
-    (Bind(++position, values), ...);
-    while (Step()) {
-    }
-  }
-
-  void Reset();
-  void Bind(int position, int value) { Bind(position, std::int64_t{value}); }
-  void Bind(int position, std::int64_t value);
-  void Bind(int position, double value);
-  void Bind(int position, std::string_view text);
-
-  // Binds the parameter of that name, where the statement has it.
-  void BindNamed(const char* parameter, std::string_view text);
-
-  // Goes to the next row; false behind the last one.
-  bool Step();
-
-  // The values of the row: null is 0 as a number and empty as a text.
-  std::int64_t Integer(int column) const;
-  std::string Text(int column) const;
-  bool IsNull(int column) const;
-
- private:
-  friend class SqliteFile;
-  struct Finalizer {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-  };
-
-  SqliteStatement(sqlite3_stmt* statement, std::string fileName)
-      : statement_(statement), fileName_(std::move(fileName)) {}
-  void Check(int result) const;
-
-  std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
-  std::string fileName_;  // as failures name it
-};
 
 // An open database. Every failure is a DatabaseFailure that begins with the file's name.
 class SqliteFile {
@@ -81,7 +37,6 @@ class SqliteFile {
   };
 
   SqliteFile(const std::string& path, int flags, std::string fileName);
-  SqliteStatement PrepareFirst(std::string_view sql, std::string_view& rest) const;
 
   std::unique_ptr<sqlite3, Closer> database_;
   std::string fileName_;
@@ -100,8 +55,5 @@ class SqliteTransaction {
   const SqliteFile& file_;
   bool open_ = true;
 };
-
-// The name in double quotes, for names that come out of a table.
-std::string QuotedName(std::string_view name);
 
 }  // namespace quillon

@@ -1,0 +1,129 @@
+// Running selects, their limit of work, and the sorting of row ids.
+#include "platform/select_source.h"
+
+#include <chrono>
+#include <optional>
+
+#include "platform/sqlite_values.h"
+
+namespace quillon {
+namespace {
+
+constexpr int kProgressSteps = 1000;  // virtual machine steps between two looks at the time
+constexpr std::chrono::seconds kSelectLimit{2};  // of work, before a select is stopped
+
+// Stops the engine while it lives, once a select has worked for kSelectLimit.
+class WorkLimit {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  // `worked` is what the select took so far; the time of this object is added to it.
+  WorkLimit(sqlite3* handle, Clock::duration& worked)
+      : handle_(handle), worked_(worked), start_(Clock::now()) {
+    sqlite3_progress_handler(handle, kProgressSteps, IsOver, this);
+  }
+  ~WorkLimit() {
+    sqlite3_progress_handler(handle_, 0, nullptr, nullptr);
+    worked_ += Clock::now() - start_;
+  }
+  WorkLimit(const WorkLimit&) = delete;
+  WorkLimit& operator=(const WorkLimit&) = delete;
+
+ private:
+  static int IsOver(void* data) {
+    const auto* limit = static_cast<WorkLimit*>(data);
+    return limit->worked_ + (Clock::now() - limit->start_) > kSelectLimit ? 1 : 0;
+  }
+
+  sqlite3* handle_;
+  Clock::duration& worked_;
+  Clock::time_point start_;
+};
+
+// A select of all columns of one table in some order, taken apart.
+struct SortedSelect {
+  std::string table;
+  std::string rest;  // the conditions and the order
+};
+
+// Takes "SELECT * FROM <table> ... ORDER BY ..." apart; nothing for any other select.
+std::optional<SortedSelect> TakeApart(std::string_view select) {
+  constexpr std::string_view kBeginning = "SELECT * FROM ";
+  constexpr std::string_view kOrder = " ORDER BY ";
+  if (!select.starts_with(kBeginning) || select.find(kOrder) == std::string_view::npos) return {};
+  select.remove_prefix(kBeginning.size());
+  const std::size_t nameEnd =
+      select.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_");
+  if (nameEnd == 0 || nameEnd == std::string_view::npos || select[nameEnd] != ' ') return {};
+  return SortedSelect{std::string(select.substr(0, nameEnd)), std::string(select.substr(nameEnd))};
+}
+
+class SelectSource : public Recordset::Source {
+ public:
+  SelectSource(sqlite3* handle, const std::string& file, const std::string& select)
+      : Source(file),
+        handle_(handle),
+        statement_(SqliteStatement::PrepareOnly(handle, file, select)),
+        names_(statement_.ColumnNames()) {
+    if (const auto sorted = TakeApart(select)) SortIdsOnly(*sorted);
+    Step();
+  }
+
+  bool Eof() const override { return !onRow_; }
+  void MoveNext() override { Step(); }
+
+  Value Field(std::string_view name) const override {
+    if (!onRow_) FailNoRow();
+    const auto column = FindName(names_, name);
+    if (!column) FailNoField(name);
+    return ReadColumn(statement_, *column, names_[*column]);
+  }
+
+ private:
+  // Only the time inside the engine counts against the limit, so a walk that pauses
+  // between its rows is not cut off.
+  void Step() {
+    const WorkLimit limit(handle_, worked_);
+    if (!ids_) {
+      onRow_ = statement_.Step();
+      return;
+    }
+    onRow_ = ids_->Step();
+    if (!onRow_) return;
+    statement_.Reset();
+    statement_.Bind(1, ids_->Integer(0));
+    statement_.Step();
+  }
+
+  // Lets the engine sort the ids of the rows and not their whole width, and reads each row
+  // as the walk comes to it: of a long list only the first rows are wanted. The id as the
+  // last key keeps equal keys in stored order. The select as it came has been accepted
+  // before; where its text is none that can be sorted so, it runs as it is.
+  void SortIdsOnly(const SortedSelect& sorted) {
+    try {
+      SqliteStatement ids = SqliteStatement::PrepareOnly(
+          handle_, file(), "SELECT rowid FROM " + sorted.table + sorted.rest + ", rowid");
+      statement_ = SqliteStatement::PrepareOnly(
+          handle_, file(), "SELECT * FROM " + sorted.table + " WHERE rowid = ?");
+      ids_ = std::move(ids);
+    } catch (const DatabaseFailure&) {
+      ids_.reset();
+    }
+  }
+
+  sqlite3* handle_;
+  SqliteStatement statement_;           // the select, or one row by its id
+  std::optional<SqliteStatement> ids_;  // the sorted ids, where the select is taken apart
+  std::vector<std::string> names_;
+  bool onRow_ = false;
+  WorkLimit::Clock::duration worked_{};
+};
+
+}  // namespace
+
+std::unique_ptr<Recordset::Source> MakeSelectSource(sqlite3* handle, const std::string& file,
+                                                    const std::string& select) {
+  return std::make_unique<SelectSource>(handle, file, select);
+}
+
+}  // namespace quillon

@@ -1,0 +1,19 @@
+// UTF-8 texts without regard to case, for all letters and not only those of ASCII.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quillon {
+
+// The characters of a text in lower case. A byte that begins no character stands for
+// itself, so nothing is ever skipped.
+std::u32string Folded(std::string_view text);
+
+// Texts compared by their folded characters: below 0, 0 or above 0.
+int CompareFolded(std::string_view left, std::string_view right);
+
+// Loads the table of letters, so that no later call has to.
+void LoadFolding();
+
+}  // namespace quillon
