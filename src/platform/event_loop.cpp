@@ -30,34 +30,48 @@ struct EventLoop::Implementation {
 
 namespace {
 
+// A tick that is due already may still be waiting for its turn when its timer goes, so the
+// state outlives the timer and says that it has ended.
 class RepeatingTimer : public EventLoop::Timer {
  public:
   RepeatingTimer(asio::io_context& io, std::chrono::milliseconds interval,
                  std::function<void()> handler)
-      : interval_(interval), handler_(std::move(handler)), timer_(io) {
-    due_ = asio::steady_timer::clock_type::now();
-    Arm();
+      : state_(std::make_shared<State>(io, interval, std::move(handler))) {
+    Arm(state_);
   }
+  ~RepeatingTimer() override {
+    state_->ended = true;
+    state_->timer.cancel();
+  }
+  RepeatingTimer(const RepeatingTimer&) = delete;
+  RepeatingTimer& operator=(const RepeatingTimer&) = delete;
 
  private:
-  // The next tick is armed before the handler runs: a handler that waits long lets
-  // later ticks arrive nested, as the window system's timer does.
-  void Arm() {
+  struct State {
+    State(asio::io_context& io, std::chrono::milliseconds every, std::function<void()> run)
+        : interval(every), handler(std::move(run)), timer(io) {}
+
+    std::chrono::milliseconds interval;
+    std::function<void()> handler;
+    asio::steady_timer timer;
+    asio::steady_timer::time_point due = asio::steady_timer::clock_type::now();
+    bool ended = false;
+  };
+
+  // The next tick is armed before the handler runs: a handler that waits long lets later
+  // ticks arrive nested, as a window's timer does. Ticks that were missed do not pile up.
+  static void Arm(const std::shared_ptr<State>& state) {
     const auto now = asio::steady_timer::clock_type::now();
-    while (due_ <= now) due_ += interval_;
-    timer_.expires_at(due_);
-    timer_.async_wait([this](const asio::error_code& error) {
-      if (error) return;
-      Arm();
-      const auto handler = handler_;  // a tick may end its own timer
-      handler();
+    while (state->due <= now) state->due += state->interval;
+    state->timer.expires_at(state->due);
+    state->timer.async_wait([state](const asio::error_code& error) {
+      if (error || state->ended) return;
+      Arm(state);
+      state->handler();
     });
   }
 
-  std::chrono::milliseconds interval_;
-  std::function<void()> handler_;
-  asio::steady_timer timer_;
-  asio::steady_timer::time_point due_;
+  std::shared_ptr<State> state_;
 };
 
 // Runs one event. Events have error exits of their own; what escapes one all the same ends

@@ -249,5 +249,19 @@ TEST_F(TimerTest, MayEndItselfInItsTick) {
   EXPECT_EQ(ticks, 1);
 }
 
+// The second tick is queued already when its timer goes, and must not come.
+TEST_F(TimerTest, TwoTimersThatAreDueTogetherMayEndEachOther) {
+  std::unique_ptr<EventLoop::Timer> timers[2];
+  for (int i = 0; i < 2; ++i) {
+    timers[i] = loop.Every(milliseconds(5), [&, i] {
+      ++ticks;
+      timers[1 - i].reset();
+    });
+  }
+  std::this_thread::sleep_for(milliseconds(20));
+  loop.Pump();
+  EXPECT_EQ(ticks, 1);
+}
+
 }  // namespace
 }  // namespace quillon
