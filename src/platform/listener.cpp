@@ -12,7 +12,9 @@
 #include <cerrno>
 #include <deque>
 #include <map>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "platform/failure.h"
 
@@ -111,14 +113,18 @@ class Listener::Implementation {
   bool TooDeep() const { return depth_ >= kDepthLimit; }
   ConnectionId LowestFreeId() const;
   void WaitForClient();
+  void WaitForClientLater();
   void TakeClient(const asio::error_code& error, tcp::socket socket);
   void AddClient(tcp::socket socket);
   void WaitForText(ConnectionId id, const ConnectionPtr& connection);
+  void TakeReadable(ConnectionId id, const ConnectionPtr& connection);
   void ReadText(ConnectionId id, const ConnectionPtr& connection);
   void WriteOrWait(ConnectionId id, const ConnectionPtr& connection);
   void End(ConnectionId id, const ConnectionPtr& connection, int code, const std::string& why);
   void FreeIfGone(ConnectionId id, const ConnectionPtr& connection);
   void ResumeHeldBack();
+  void ResumeClient();
+  void ResumeReadable();
 
   tcp::acceptor acceptor_;
   asio::steady_timer acceptPause_;
@@ -127,8 +133,15 @@ class Listener::Implementation {
   std::int32_t localPort_ = 0;
   std::array<char, kReadSize> readBuffer_;  // shared: a text is copied out before its event runs
   std::map<ConnectionId, ConnectionPtr> connections_;
-  std::map<ConnectionId, ConnectionPtr> heldBack_;  // readable, but the stack was too deep
   int depth_ = 0;
+  int opening_ = 0;  // counts the openings: what an earlier one has accepted late is dropped
+
+  // What waits for the depth to fall: a client without a number, connections that are not
+  // watched, and those that have a text, in the order in which it came.
+  std::optional<tcp::socket> heldClient_;
+  std::vector<std::pair<ConnectionId, ConnectionPtr>> unwatched_;
+  std::deque<std::pair<ConnectionId, ConnectionPtr>> readable_;
+  bool resuming_ = false;  // the next of readable_ has its turn already
 };
 
 std::string Listener::Implementation::LocalHost() const {
@@ -161,12 +174,14 @@ void Listener::Implementation::Open() {
     acceptor_.close(ignored);
     throw MakeSocketFailure("cannot listen on " + place, error);
   }
+  ++opening_;
   WaitForClient();
 }
 
 void Listener::Implementation::Close() {
   asio::error_code ignored;
   acceptPause_.cancel();
+  heldClient_.reset();
   acceptor_.close(ignored);
 }
 
@@ -185,24 +200,33 @@ ConnectionId Listener::Implementation::LowestFreeId() const {
 }
 
 void Listener::Implementation::WaitForClient() {
-  acceptor_.async_accept([this](const asio::error_code& error, tcp::socket socket) {
-    TakeClient(error, std::move(socket));
+  acceptor_.async_accept(
+      [this, opening = opening_](const asio::error_code& error, tcp::socket socket) {
+        if (!IsOpen() || opening != opening_) return;
+        TakeClient(error, std::move(socket));
+      });
+}
+
+// Accepts again as an event of its own. What such an event finds takes its turn behind the
+// ends of dropped connections, so their numbers are free before the next client takes one.
+void Listener::Implementation::WaitForClientLater() {
+  asio::post(acceptor_.get_executor(), [this, opening = opening_] {
+    if (IsOpen() && opening == opening_) WaitForClient();
   });
 }
 
 void Listener::Implementation::TakeClient(const asio::error_code& error, tcp::socket socket) {
-  if (!IsOpen() || error == asio::error::operation_aborted) return;
-  if (error) {
-    // Most often no file descriptor is left. Accepting at once again would only spin.
-    acceptPause_.expires_after(kAcceptPause);
-    acceptPause_.async_wait([this](const asio::error_code& cancelled) {
-      if (!cancelled && IsOpen()) WaitForClient();
-    });
-    events_->Error(error.value(), error.message());
+  if (!error && TooDeep()) {
+    heldClient_ = std::move(socket);
     return;
   }
-  WaitForClient();
-  AddClient(std::move(socket));
+  if (!error) return AddClient(std::move(socket));
+  // Most often no file descriptor is left. Accepting at once again would only spin.
+  acceptPause_.expires_after(kAcceptPause);
+  acceptPause_.async_wait([this](const asio::error_code& cancelled) {
+    if (!cancelled) WaitForClientLater();
+  });
+  events_->Error(error.value(), error.message());
 }
 
 void Listener::Implementation::AddClient(tcp::socket socket) {
@@ -210,7 +234,7 @@ void Listener::Implementation::AddClient(tcp::socket socket) {
   const tcp::endpoint peer = socket.remote_endpoint(error);
   if (!error) socket.non_blocking(true, error);
   if (!error) socket.set_option(tcp::no_delay(true), error);
-  if (error) return;  // gone before it was looked at: it never had a number
+  if (error) return WaitForClientLater();  // gone before it was looked at: it had no number
   const ConnectionId id = LowestFreeId();
   const auto connection = std::make_shared<Connection>(std::move(socket));
   connection->remoteHost = peer.address().to_string();
@@ -218,30 +242,35 @@ void Listener::Implementation::AddClient(tcp::socket socket) {
   connections_[id] = connection;
   WaitForText(id, connection);
   const RunningEvent running(*this, id, connection);
+  WaitForClientLater();
   events_->Connected(id, 0, "Connected");
 }
 
 void Listener::Implementation::WaitForText(ConnectionId id, const ConnectionPtr& connection) {
   if (TooDeep()) {
-    heldBack_[id] = connection;
+    unwatched_.emplace_back(id, connection);
     return;
   }
   connection->socket.async_wait(tcp::socket::wait_read,
                                 [this, id, connection](const asio::error_code& error) {
                                   if (error || !connection->up) return;
-                                  ReadText(id, connection);
+                                  TakeReadable(id, connection);
                                 });
 }
 
+// Reads now, or queues behind those that wait for the depth to fall: first come, first
+// served, so that nobody can keep the others out.
+void Listener::Implementation::TakeReadable(ConnectionId id, const ConnectionPtr& connection) {
+  if (!TooDeep() && readable_.empty()) return ReadText(id, connection);
+  readable_.emplace_back(id, connection);
+}
+
 void Listener::Implementation::ReadText(ConnectionId id, const ConnectionPtr& connection) {
-  if (TooDeep()) {
-    heldBack_[id] = connection;
-    return;
-  }
   asio::error_code error;
   const std::size_t count = connection->socket.read_some(asio::buffer(readBuffer_), error);
   if (error == asio::error::would_block || error == asio::error::interrupted) {
     WaitForText(id, connection);
+    ResumeHeldBack();
     return;
   }
   if (error) {
@@ -310,11 +339,33 @@ void Listener::Implementation::FreeIfGone(ConnectionId id, const ConnectionPtr& 
   if (!connection->up && connection->runningEvents == 0) connections_.erase(id);
 }
 
+// Called whenever an event has ended. One connection is resumed at a time; its own event
+// resumes the next.
 void Listener::Implementation::ResumeHeldBack() {
-  if (TooDeep() || heldBack_.empty()) return;
-  const auto resumed = std::exchange(heldBack_, {});
-  for (const auto& [id, connection] : resumed) {
+  if (TooDeep()) return;
+  if (heldClient_) asio::post(acceptor_.get_executor(), [this] { ResumeClient(); });
+  for (const auto& [id, connection] : std::exchange(unwatched_, {})) {
     if (connection->up) WaitForText(id, connection);
+  }
+  if (readable_.empty() || resuming_) return;
+  resuming_ = true;
+  asio::post(acceptor_.get_executor(), [this] { ResumeReadable(); });
+}
+
+void Listener::Implementation::ResumeClient() {
+  if (TooDeep() || !heldClient_) return;
+  tcp::socket client = std::move(*heldClient_);
+  heldClient_.reset();
+  AddClient(std::move(client));
+}
+
+void Listener::Implementation::ResumeReadable() {
+  resuming_ = false;
+  if (TooDeep()) return;  // the end of an event above calls again
+  while (!readable_.empty()) {
+    const auto [id, connection] = readable_.front();
+    readable_.pop_front();
+    if (connection->up) return ReadText(id, connection);
   }
 }
 

@@ -197,5 +197,49 @@ TEST_F(ListenerNestingTest, QuitEndsTheHandlersThatWait) {
   EXPECT_EQ(events.log, (Log{"data 1", "data 2", "end 2"}));
 }
 
+TEST_F(ListenerNestingTest, ClientThatComesAtTheGreatestDepthIsAcceptedWhenItFalls) {
+  ConnectClients(40);
+  const auto accepted = [&] {
+    return std::count(events.log.begin(), events.log.end(), "connected 41");
+  };
+  Client late;
+  inside = [&](ConnectionId, const std::string&) {
+    const bool isDeepest = depth == Listener::kDepthLimit && !late;
+    if (isDeepest) late = ConnectUnnoticed();
+    loop.DelayMs(20);
+    if (isDeepest) {
+      EXPECT_EQ(accepted(), 0);
+    }
+  };
+  for (int id = 1; id <= 40; ++id) ClientOf(id).Send("r");
+  for (int round = 0; round < 20; ++round) Settle();
+  EXPECT_NE(late, nullptr);
+  EXPECT_EQ(accepted(), 1);
+}
+
+// Two clients that send without a pause keep the stack at its limit; who comes later takes
+// his turn all the same.
+TEST_F(ListenerNestingTest, ClientWithAHighNumberIsServedBetweenThoseThatNeverPause) {
+  ConnectClients(3);
+  int texts = 0;
+  bool served = false;
+  inside = [&](ConnectionId id, const std::string&) {
+    if (id == 3) served = true;
+    if (++texts > 400 || id == 3) return;
+    ClientOf(id).Send("r");
+    if (texts == 40) ClientOf(3).Send("r");
+    loop.DelayMs(20);
+    if (texts < 400) {
+      EXPECT_LE(depth, Listener::kDepthLimit);
+    }
+  };
+  ClientOf(1).Send("r");
+  ClientOf(2).Send("r");
+  for (int round = 0; round < 40 && !served; ++round) Settle();
+  EXPECT_TRUE(served);
+  const auto third = std::find(events.log.begin(), events.log.end(), "data 3");
+  EXPECT_LT(third - events.log.begin(), 200);
+}
+
 }  // namespace
 }  // namespace quillon

@@ -279,5 +279,20 @@ TEST_F(Connections, ASendThatFailsIsAnEventAndTheConnectionStays) {
   ExpectUsable(*client);
 }
 
+TEST_F(Connections, ABurstOfClientsNeverGivesANumberBeyondTwenty) {
+  for (const int count : {21, 22, 30, 45}) {
+    std::vector<std::unique_ptr<RawClient>> burst;
+    for (int i = 0; i < count; ++i) {
+      burst.push_back(std::make_unique<RawClient>(site.tcpServer.LocalPort()));
+    }
+    for (int round = 0; round < 10; ++round) site.Settle();
+    for (ConnectionId id = 20; id <= 60; ++id) EXPECT_FALSE(site.tcpServer.Connected(id)) << id;
+    ExpectUsable(*burst.back());
+    burst.clear();
+    site.Settle();
+  }
+  EXPECT_EQ(Failures(), 0u);
+}
+
 }  // namespace
 }  // namespace quillon
