@@ -23,15 +23,17 @@ std::string FileName(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
 }
 
-// The path of "Provider=SQLite;Data Source=<path>[;...]".
+// The path of "Provider=SQLite;Data Source=<path>[;Persist Security Info=...]".
 std::string DataSource(const std::string& connectionString) {
   constexpr std::string_view kKey = "Data Source=";
+  constexpr std::string_view kNextKey = ";Persist Security Info=";
   const std::size_t key = connectionString.find(kKey);
   if (key == std::string::npos) {
     throw DatabaseFailure("no data source in the connection string \"" + connectionString + "\"");
   }
   const std::size_t start = key + kKey.size();
-  return connectionString.substr(start, connectionString.find(';', start) - start);
+  const std::size_t end = connectionString.rfind(kNextKey);  // a path may hold a semicolon
+  return connectionString.substr(start, end == std::string::npos ? end : end - start);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ struct sqlite3;
 namespace quillon {
 
 // A field's value with the type of its column. Null, or a value that does not read as
-// what is asked for, raises ConversionFailure with the field's name in its text.
+// what is asked for, raises FieldFailure with the field's name in its text.
 class Value {
  public:
   enum class Type { kNull, kInteger, kReal, kSingle, kText, kDate, kBoolean };
@@ -109,7 +109,8 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  // Opens the file of a connection string "Provider=SQLite;Data Source=<path>[;...]".
+  // Opens the file of a connection string "Provider=SQLite;Data Source=<path>", with
+  // ";Persist Security Info=..." behind it or without.
   // DatabaseFailure where the file is missing or no database. Never creates a file.
   void Open(const std::string& connectionString);
   void Close();

@@ -32,13 +32,11 @@ void FormatFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
   if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return ResultText(context, "");
   const std::string_view stored = TextOf(arguments[0]);
   const std::string_view pattern = TextOf(arguments[1]);
-  // The stored form begins with the day: what every list asks for needs no parsing.
-  constexpr std::size_t kStoredLength = 19;
-  if (pattern == kDayPattern && stored.size() == kStoredLength) {
-    return ResultText(context, stored.substr(0, kDayPattern.size()));
-  }
   const auto moment = ParseDateTime(stored);
-  ResultText(context, moment ? FormatDate(*moment, pattern) : std::string(stored));
+  if (!moment) return ResultText(context, stored);
+  // The stored form begins with the day: what every list asks for is there already.
+  if (pattern == kDayPattern) return ResultText(context, stored.substr(0, kDayPattern.size()));
+  ResultText(context, FormatDate(*moment, pattern));
 }
 
 // The engine's own "format" prints by a pattern of any size; with other than two arguments

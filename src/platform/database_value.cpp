@@ -121,7 +121,7 @@ bool Value::AsBoolean() const {
 
 void Value::FailConversion(std::string_view wanted) const {
   const std::string held = IsNull() ? "null" : "\"" + AsText() + "\"";
-  throw ConversionFailure(fmt::format("field {} holds {} and not {}", name_, held, wanted));
+  throw FieldFailure(fmt::format("field {} holds {} and not {}", name_, held, wanted));
 }
 
 }  // namespace quillon

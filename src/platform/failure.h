@@ -27,6 +27,11 @@ class ConversionFailure : public Failure {
   using Failure::Failure;
 };
 
+// The same of a database field: its text holds what the field holds, in UTF-8.
+class FieldFailure : public ConversionFailure {
+  using ConversionFailure::ConversionFailure;
+};
+
 // A number beyond the range of its field.
 class OverflowFailure : public Failure {
   using Failure::Failure;

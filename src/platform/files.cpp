@@ -19,9 +19,16 @@ namespace {
 
 constexpr mode_t kFileMode = 0644;
 
+// A name as failures quote it. Names come out of URLs and can be as long as those.
+std::string Shown(std::string_view name) {
+  constexpr std::size_t kLongest = 255;  // of a file name; a path shows its end
+  if (name.size() <= kLongest) return std::string(name);
+  return "..." + std::string(name.substr(name.size() - kLongest));
+}
+
 [[noreturn]] void Fail(const std::string& what, const std::string& path) {
   const std::string reason = std::strerror(errno);
-  throw FileFailure(what + " " + path + ": " + reason);
+  throw FileFailure(what + " " + Shown(path) + ": " + reason);
 }
 
 // A file descriptor that closes itself.
@@ -77,7 +84,7 @@ std::string StarPattern(const std::string& pattern) {
 }  // namespace
 
 std::string PlainFilePath(const std::string& folder, std::string_view name) {
-  if (!IsPlainName(name)) throw FileFailure("not a plain file name: " + std::string(name));
+  if (!IsPlainName(name)) throw FileFailure("not a plain file name: " + Shown(name));
   return folder + "/" + std::string(name);
 }
 

@@ -9,6 +9,7 @@ namespace quillon {
 // the process however it ends. No file is made.
 class InstanceLock {
  public:
+  // FileFailure where the directory cannot be locked for another reason than a holder.
   explicit InstanceLock(const std::string& directory);
   ~InstanceLock();
   InstanceLock(const InstanceLock&) = delete;

@@ -40,22 +40,43 @@ class WorkLimit {
   Clock::time_point start_;
 };
 
-// A select of all columns of one table in some order, taken apart.
+// A select of all columns of one table in the order of one of them, taken apart.
 struct SortedSelect {
   std::string table;
   std::string rest;  // the conditions and the order
 };
 
-// Takes "SELECT * FROM <table> ... ORDER BY ..." apart; nothing for any other select.
+// The name that a text begins with; "" where it begins with none.
+std::string_view LeadingName(std::string_view text) {
+  constexpr std::string_view kFirst = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_";
+  constexpr std::string_view kOther =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_0123456789";
+  if (text.find_first_of(kFirst) != 0) return {};
+  return text.substr(0, text.find_first_not_of(kOther));
+}
+
+// True for "<column>", "<column> ASC" and "<column> DESC". A number in place of the name
+// would mean another column once the select has but one.
+bool IsOneColumn(std::string_view order) {
+  const std::string_view column = LeadingName(order);
+  const std::string_view rest = order.substr(column.size());
+  return !column.empty() && (rest.empty() || rest == " ASC" || rest == " DESC");
+}
+
+// Takes "SELECT * FROM <table> ... ORDER BY <column>" apart; nothing for any other select.
 std::optional<SortedSelect> TakeApart(std::string_view select) {
   constexpr std::string_view kBeginning = "SELECT * FROM ";
   constexpr std::string_view kOrder = " ORDER BY ";
-  if (!select.starts_with(kBeginning) || select.find(kOrder) == std::string_view::npos) return {};
+  const std::size_t order = select.rfind(kOrder);
+  if (!select.starts_with(kBeginning) || order == std::string_view::npos ||
+      !IsOneColumn(select.substr(order + kOrder.size()))) {
+    return {};
+  }
   select.remove_prefix(kBeginning.size());
-  const std::size_t nameEnd =
-      select.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_");
-  if (nameEnd == 0 || nameEnd == std::string_view::npos || select[nameEnd] != ' ') return {};
-  return SortedSelect{std::string(select.substr(0, nameEnd)), std::string(select.substr(nameEnd))};
+  const std::string_view table = LeadingName(select);
+  const std::string_view rest = select.substr(table.size());
+  if (table.empty() || !rest.starts_with(' ')) return {};
+  return SortedSelect{std::string(table), std::string(rest)};
 }
 
 class SelectSource : public Recordset::Source {
@@ -89,8 +110,8 @@ class SelectSource : public Recordset::Source {
       return;
     }
     onRow_ = ids_->Step();
+    statement_.Reset();  // also behind the last row: an open read holds the log back
     if (!onRow_) return;
-    statement_.Reset();
     statement_.Bind(1, ids_->Integer(0));
     statement_.Step();
   }

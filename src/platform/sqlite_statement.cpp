@@ -30,6 +30,7 @@ SqliteStatement SqliteStatement::PrepareOnly(sqlite3* handle, const std::string&
 
 void SqliteStatement::Check(int result) const {
   if (result == SQLITE_OK) return;
+  if (result == SQLITE_INTERRUPT) throw DatabaseFailure(fileName_ + ": the select took too long");
   throw DatabaseFailure(fileName_ + ": " + sqlite3_errmsg(sqlite3_db_handle(statement_.get())));
 }
 

@@ -64,22 +64,21 @@ Value ReadColumn(const SqliteStatement& statement, std::size_t column, const std
   return value;
 }
 
-void BindValue(SqliteStatement& statement, int position, const Value& value) {
-  switch (value.type()) {
-    case Value::Type::kNull:
-      return statement.BindNull(position);
-    case Value::Type::kInteger:
-      return statement.Bind(position, value.integer());
-    case Value::Type::kBoolean:
-      return statement.Bind(position, value.AsBoolean() ? 1 : 0);
-    case Value::Type::kReal:
-    case Value::Type::kSingle:
-      return statement.Bind(position, value.AsNumber());
-    case Value::Type::kDate:
-      return statement.Bind(position, DateTimeText(value.AsDate()));
-    case Value::Type::kText:
-      return statement.Bind(position, value.AsText());
+void BindValue(SqliteStatement& statement, int position, const Value& value,
+               std::string_view declaration) {
+  using Type = Value::Type;
+  const Type type = value.type();
+  if (type == Type::kNull) return statement.BindNull(position);
+  if (type == Type::kDate) return statement.Bind(position, DateTimeText(value.AsDate()));
+  if (type == Type::kText || SameName(declaration, "TEXT")) {
+    return statement.Bind(position, value.AsText());
   }
+  if (type == Type::kBoolean) return statement.Bind(position, value.AsBoolean() ? 1 : 0);
+  if (SameName(declaration, "SINGLE")) {
+    return statement.Bind(position, static_cast<double>(static_cast<float>(value.AsNumber())));
+  }
+  if (type == Type::kInteger) return statement.Bind(position, value.integer());
+  statement.Bind(position, value.AsNumber());
 }
 
 }  // namespace quillon

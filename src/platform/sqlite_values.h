@@ -11,6 +11,9 @@ namespace quillon {
 // that is no date stays a text.
 Value ReadColumn(const SqliteStatement& statement, std::size_t column, const std::string& name);
 
-void BindValue(SqliteStatement& statement, int position, const Value& value);
+// Binds a value for a column of that declaration: a single is cut to 32 bits, and a text
+// column gets a number as its text.
+void BindValue(SqliteStatement& statement, int position, const Value& value,
+               std::string_view declaration);
 
 }  // namespace quillon

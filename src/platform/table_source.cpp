@@ -29,7 +29,11 @@ class TableSource : public Recordset::Source {
   }
 
   bool Eof() const override { return position_ >= ids_.size(); }
-  void MoveNext() override { ReadFrom(position_ + 1); }
+  // What was not stored by Update is given up: it belongs to the row that is left.
+  void MoveNext() override {
+    ForgetChanges();
+    ReadFrom(position_ + 1);
+  }
   std::int64_t RecordCount() const override { return static_cast<std::int64_t>(ids_.size()); }
 
   Value Field(std::string_view name) const override {
@@ -59,8 +63,7 @@ class TableSource : public Recordset::Source {
     } else if (!changes_.empty()) {
       Change();
     }
-    changes_.clear();
-    adding_ = false;
+    ForgetChanges();
   }
 
   void Delete() override {
@@ -94,6 +97,11 @@ class TableSource : public Recordset::Source {
     }
   }
 
+  void ForgetChanges() {
+    changes_.clear();
+    adding_ = false;
+  }
+
   void Insert() {
     std::string columns;
     std::string places;
@@ -118,13 +126,16 @@ class TableSource : public Recordset::Source {
     const int last = BindChanges(statement);
     statement.Bind(last, ids_[position_]);
     statement.Step();
+    if (sqlite3_changes(handle_) == 0) throw DatabaseFailure(file() + ": the row is gone");
     ReadFrom(position_);
   }
 
   // Binds the changed values from place 1 on; the place behind them.
   int BindChanges(SqliteStatement& statement) const {
     int place = 1;
-    for (const auto& [column, value] : changes_) BindValue(statement, place++, value);
+    for (const auto& [column, value] : changes_) {
+      BindValue(statement, place++, value, readRow_.DeclaredType(static_cast<int>(column)));
+    }
     return place;
   }
 

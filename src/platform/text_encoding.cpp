@@ -2,12 +2,11 @@
 #include "platform/text_encoding.h"
 
 #include <iconv.h>
+#include <strings.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <map>
-#include <utility>
 
 namespace quillon {
 namespace {
@@ -70,13 +69,6 @@ class Conversion {
   iconv_t descriptor_;
 };
 
-// Conversions stay open once they are used: the C library loads a file for each opening.
-// A charset that is unknown stays so.
-Conversion& OpenConversion(const std::string& to, const std::string& from) {
-  static std::map<std::pair<std::string, std::string>, Conversion> conversions;
-  return conversions.try_emplace({to, from}, to.c_str(), from.c_str()).first->second;
-}
-
 bool IsPlainAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char character) {
     const auto byte = static_cast<unsigned char>(character);
@@ -85,26 +77,34 @@ bool IsPlainAscii(std::string_view text) {
 }
 
 bool NeedsNoConversion(std::string_view text, const std::string& charSet) {
-  return charSet.empty() || charSet == "UTF-8" || IsPlainAscii(text);
+  return charSet.empty() || strcasecmp(charSet.c_str(), "UTF-8") == 0 || IsPlainAscii(text);
 }
 
 }  // namespace
 
 std::string PageText(std::string_view utf8, const std::string& charSet) {
   if (NeedsNoConversion(utf8, charSet)) return std::string(utf8);
-  Conversion& conversion = OpenConversion(charSet, "UTF-8");
+  Conversion conversion(charSet.c_str(), "UTF-8");
   return conversion.known() ? conversion.Run(utf8, true) : std::string(utf8);
 }
 
 std::string DatabaseText(std::string_view bytes, const std::string& charSet) {
   if (NeedsNoConversion(bytes, charSet)) return std::string(bytes);
-  Conversion& conversion = OpenConversion("UTF-8", charSet);
+  Conversion conversion("UTF-8", charSet.c_str());
   return conversion.known() ? conversion.Run(bytes, false) : std::string(bytes);
 }
 
-void LoadCharset(const std::string& charSet) {
-  constexpr std::string_view kLetter = "\xC3\xA4";  // any one beyond ASCII
-  DatabaseText(PageText(kLetter, charSet), charSet);
-}
+struct LoadedCharset::Conversions {
+  explicit Conversions(const std::string& charSet)
+      : toPages(charSet.c_str(), "UTF-8"), toDatabase("UTF-8", charSet.c_str()) {}
+
+  Conversion toPages;
+  Conversion toDatabase;
+};
+
+LoadedCharset::LoadedCharset(const std::string& charSet)
+    : conversions_(std::make_unique<Conversions>(charSet)) {}
+
+LoadedCharset::~LoadedCharset() = default;
 
 }  // namespace quillon

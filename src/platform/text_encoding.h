@@ -3,6 +3,7 @@
 // the text of a request goes into a select.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -15,8 +16,18 @@ std::string PageText(std::string_view utf8, const std::string& charSet);
 // A request's bytes as database text; a byte that is no text of the charset becomes "?".
 std::string DatabaseText(std::string_view bytes, const std::string& charSet);
 
-// Loads the conversions of a charset, which the C library keeps in files of its own: after
-// this no page has to open one.
-void LoadCharset(const std::string& charSet);
+// Keeps the conversions of a charset loaded while it lives. The C library has them in files
+// of its own: without this, each name beyond ASCII would open one, in the middle of a page.
+class LoadedCharset {
+ public:
+  explicit LoadedCharset(const std::string& charSet);
+  ~LoadedCharset();
+  LoadedCharset(const LoadedCharset&) = delete;
+  LoadedCharset& operator=(const LoadedCharset&) = delete;
+
+ private:
+  struct Conversions;
+  std::unique_ptr<Conversions> conversions_;
+};
 
 }  // namespace quillon

@@ -25,21 +25,20 @@ std::string DigitText(const std::string& value) {
 struct Scale {
   std::size_t length;
   std::size_t kept;
-  std::string_view unit;    // of ConvHCBytes
-  std::string_view factor;  // zeros that RoundUpYaxisMax puts behind the kept digits
+  std::string_view unit;  // of ConvHCBytes
+  double factor;          // by which RoundUpYaxisMax multiplies the kept digits
 };
 
 constexpr Scale kScales[] = {
-    {4, 1, " G", "000"},        {5, 2, " G", "000"},        {6, 3, " G", "000"},
-    {7, 4, " G", "000"},        {8, 2, " T", "000000"},     {9, 3, " T", "000000"},
-    {10, 4, " T", "000000"},    {11, 2, " P", "000000000"}, {12, 3, " P", "000000000"},
-    {13, 4, " P", "000000000"},
+    {4, 1, " G", 1e3},  {5, 2, " G", 1e3},  {6, 3, " G", 1e3},  {7, 4, " G", 1e3},
+    {8, 2, " T", 1e6},  {9, 3, " T", 1e6},  {10, 4, " T", 1e6}, {11, 2, " P", 1e9},
+    {12, 3, " P", 1e9}, {13, 4, " P", 1e9},
 };
 constexpr std::size_t kLongestScaled = 13;
 constexpr std::size_t kPetaDigits = 9;  // digits below a peta, cut off beyond the table
 
 Scale ScaleOf(std::size_t length) {
-  if (length > kLongestScaled) return {length, length - kPetaDigits, " P", "000000000"};
+  if (length > kLongestScaled) return {length, length - kPetaDigits, " P", 1e9};
   return kScales[length - kScales[0].length];
 }
 
@@ -73,7 +72,7 @@ std::string VolumeText(const std::string& digits, bool longForm) {
 std::string RoundedAxisTop(const std::string& digits) {
   if (digits.size() > 3) {
     const Scale scale = ScaleOf(digits.size());
-    return NumberText(KeptNumber(digits, scale)) + std::string(scale.factor);
+    return DigitPattern(KeptNumber(digits, scale) * scale.factor, "0");
   }
   return LeadingNumber(digits) > 0 ? digits : SmallOrMissing(digits, kMissingMark);
 }
@@ -150,7 +149,8 @@ double RoundToValue(const Diagnostics& diagnostics, const std::string& value, do
     if (length <= std::size(kCeilings)) ceiling = kCeilings[length - 1];
     const double quotient = *number / ceiling + (roundUp ? 0.5 : -0.5);
     const double whole = std::trunc(quotient);
-    if (std::abs(whole) > std::numeric_limits<std::int32_t>::max()) {
+    if (whole < std::numeric_limits<std::int32_t>::min() ||
+        whole > std::numeric_limits<std::int32_t>::max()) {
       throw OverflowFailure("axis top out of range: " + value);
     }
     result = (whole + RoundHalfEven(quotient - whole)) * ceiling;

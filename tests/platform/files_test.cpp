@@ -237,5 +237,17 @@ TEST_F(FilesTest, DeleteMatchingInAMissingFolderDoesNothing) {
   EXPECT_NO_THROW(DeleteMatching(folder + "/missing", "*.htm"));
 }
 
+TEST_F(FilesTest, FailureQuotesALongNameByItsEnd) {
+  const std::string name = std::string(40000, 'x') + "end.htm";
+  try {
+    ReadFileBytes("/nowhere/" + name);
+    FAIL() << "read a file that is not there";
+  } catch (const FileFailure& failure) {
+    const std::string text = failure.what();
+    EXPECT_LT(text.size(), 400u);
+    EXPECT_NE(text.find("end.htm"), std::string::npos);
+  }
+}
+
 }  // namespace
 }  // namespace quillon

@@ -97,5 +97,20 @@ TEST(TextEncoding, LongTextIsConvertedWhole) {
   EXPECT_EQ(utf8, DatabaseText(std::string(kLength, '\xFC'), "ISO-8859-1"));
 }
 
+TEST(TextEncoding, Utf8IsKnownInAnyCase) {
+  for (const std::string name : {"UTF-8", "utf-8", "Utf-8"}) {
+    EXPECT_EQ(PageText("\xC3\xBC\xFF", name), "\xC3\xBC\xFF") << name;
+    EXPECT_EQ(DatabaseText("\xC3\xBC\xFF", name), "\xC3\xBC\xFF") << name;
+  }
+}
+
+TEST(TextEncoding, LoadedCharsetChangesNothingOfTheResult) {
+  for (const std::string name : {"ISO-8859-1", "ISO-8859-5", "ISO-2022-JP", "no charset", ""}) {
+    const std::string before = PageText("\xC3\xBC \xD0\xB6", name);
+    const LoadedCharset loaded(name);
+    EXPECT_EQ(PageText("\xC3\xBC \xD0\xB6", name), before) << name;
+  }
+}
+
 }  // namespace
 }  // namespace quillon

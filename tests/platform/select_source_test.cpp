@@ -1,0 +1,68 @@
+// Selects in the order of a column: the engine sorts row ids alone, and nothing of it shows.
+#include "platform/select_source.h"
+
+#include "platform/database_fixture.h"
+
+namespace quillon {
+namespace {
+
+class SortedSelectTest : public DatabaseTest {
+ protected:
+  SortedSelectTest() {
+    Sql("INSERT INTO Samples (Id, Name, Figure) VALUES"
+        " (3, 'c', 1), (1, 'a', 2), (2, 'b', 1), (5, 'e', 2), (4, 'd', 1);");
+  }
+
+  Texts Names(const std::string& select) {
+    Recordset rows = connection.Execute(select);
+    return Walk(rows, "Name");
+  }
+};
+
+TEST_F(SortedSelectTest, RowsComeInTheOrderThatTheTextSays) {
+  struct Case {
+    std::string rest;
+    Texts names;
+  };
+  const Case cases[] = {
+      {"ORDER BY Figure", {"c", "b", "d", "a", "e"}},
+      {"ORDER BY Figure ASC", {"c", "b", "d", "a", "e"}},
+      {"ORDER BY Figure DESC", {"a", "e", "c", "b", "d"}},
+      {"WHERE Id > 2 ORDER BY Name DESC", {"e", "d", "c"}},
+      // These mean something else for a select of ids, and run as they are.
+      {"ORDER BY 1", {"a", "b", "c", "d", "e"}},
+      {"ORDER BY 1 DESC --'", {"e", "d", "c", "b", "a"}},
+      {"ORDER BY Figure, Name DESC", {"d", "c", "b", "e", "a"}},
+      {"ORDER BY Figure DESC LIMIT 2", {"a", "e"}},
+      {"WHERE Name <> ' ORDER BY Id' ORDER BY Id", {"a", "b", "c", "d", "e"}},
+      {"UNION SELECT * FROM Samples ORDER BY Id", {"a", "b", "c", "d", "e"}},
+      {"GROUP BY Figure ORDER BY Figure LIMIT 0", {}},
+  };
+  for (const Case& row : cases) {
+    EXPECT_EQ(Names("SELECT * FROM Samples " + row.rest), row.names) << row.rest;
+  }
+}
+
+TEST_F(SortedSelectTest, FailureTellsOfTheSelectAsItCame) {
+  EXPECT_EQ(FailureText([&] { Names("SELECT * FROM Samples ORDER BY Missing"); }),
+            "Reports.mdb: no such column: Missing");
+  EXPECT_EQ(FailureText([&] { Names("SELECT * FROM Missing ORDER BY Id"); }),
+            "Reports.mdb: no such table: Missing");
+}
+
+TEST_F(SortedSelectTest, WalkThatHasEndedHoldsNoReadOpen) {
+  Recordset rows = connection.Execute("SELECT * FROM Samples ORDER BY Id");
+  EXPECT_EQ(Walk(rows, "Id"), (Texts{"1", "2", "3", "4", "5"}));
+  EXPECT_TRUE(rows.Eof());
+  EXPECT_EQ(Stored("PRAGMA wal_checkpoint(TRUNCATE)"), (Texts{"0|0|0"}));
+}
+
+TEST_F(SortedSelectTest, PathOfTheDatabaseMayHoldASemicolon) {
+  installation.Write("WebReports/one;two.mdb", installation.Read("Reports.mdb"));
+  Connection other;
+  other.Open(ConnectionString("WebReports/one;two.mdb"));
+  EXPECT_FALSE(other.Execute("SELECT Count(*) AS total FROM VLAN").Eof());
+}
+
+}  // namespace
+}  // namespace quillon
