@@ -40,7 +40,10 @@ int main(int argumentCount, char** arguments) {
   WebServer webServer(web);
   tcpServer.SetEvents(webServer);
 
-  ServiceContext service{diagnostics, settings, clock,       loop,
-                         tcpServer,   words,    favIconData, nullptr};
-  return Form_Load(service, CommandLine(argumentCount, arguments));
+  ServiceContext service{diagnostics, settings, clock, loop, tcpServer, words, favIconData};
+  try {
+    return Form_Load(service, CommandLine(argumentCount, arguments));
+  } catch (const LoopEnded&) {
+    return service.exitStatus;  // stopped in the wait of a failure that came before the loop
+  }
 }

@@ -9,8 +9,13 @@ namespace {
 
 constexpr const char* kDebugFiles[] = {
     "WebConnection*.txt",  // one for each connection, and WebConnections.txt
-    "WebServices.txt",    "Language.ini",     "HelpText.txt", "qws.css",
-    "WebSql*.txt",        "SendMailSMTP.txt",
+    "WebServices.txt",
+    "Language.ini",
+    "HelpText.txt",
+    "qws.css",
+    "WebSql*.txt",
+    "SendMailSMTP.txt",
+    "~new*",  // what a kill left of a file that was being written
 };
 
 }  // namespace

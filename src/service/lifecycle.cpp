@@ -21,7 +21,8 @@ namespace {
 constexpr std::string_view kModule = "frmQuillonWeb";
 
 // Interval and limit belong together: of the ticks every 30 seconds exactly one falls
-// below the limit, so the sockets open once.
+// below the limit, so the sockets open once. The seconds are those of the steady tick: a
+// wall clock that is set while the machine starts would open them twice, or never.
 constexpr std::chrono::seconds kTimerInterval{30};
 constexpr std::chrono::seconds kStartTickLimit{50};
 
@@ -41,7 +42,7 @@ constexpr std::string_view kDatabaseMessage =
     "or on the Quillon CD-ROM in the MDAC directory.\n";
 
 // A message box is a line on the terminal.
-int Refuse(std::string_view message) {
+int Refuse(const std::string& message) {
   std::cerr << message << std::endl;
   return kFailed;
 }
@@ -96,6 +97,7 @@ void StartService(ServiceContext& context) {
   ReadHelpText(context.diagnostics, context.words);
   ReadFavIcon(context.diagnostics, context.FavIconData);
   settings.StartTime = context.clock.Now();
+  context.startTick = context.clock.TickMs();
   context.timer1 = context.loop.Every(kTimerInterval, [&context] { timer1_Timer(context); });
 }
 
@@ -112,6 +114,7 @@ void StopService(ServiceContext& context) {
 
 // Hands the process over to the loop; the states arrive as events from then on.
 void RunService(ServiceContext& context) {
+  std::signal(SIGPIPE, SIG_IGN);  // a closed standard error must not end the service
   const auto raise = [&context](ServiceState state) { dartSvc_State(context, state); };
   for (const int signal : {SIGTERM, SIGINT}) {
     context.loop.OnSignal(signal, [raise] { raise(ServiceState::kStop); });
@@ -123,23 +126,18 @@ void RunService(ServiceContext& context) {
 }  // namespace
 
 int Form_Load(ServiceContext& context, const std::string& commandLine) {
-  ErrorExit(
-      context.diagnostics, kModule, "Form_Load",
-      [&] {
-        const InstanceLock lock(ProgramDirectory());
-        if (!lock.held()) {
-          context.exitStatus = Refuse("The Quillon Web Service is already running.");
-        } else if (!commandLine.empty()) {
-          context.exitStatus = Refuse("Quillon: Invalid command option.");
-        } else {
-          context.settings.AppPath = ProgramDirectory();
-          RunService(context);
-        }
-      },
-      [&](const std::exception& failure) {
-        context.exitStatus = Refuse(kDatabaseMessage);
-        return std::string(failure.what());
-      });
+  const bool ended = ErrorExit(context.diagnostics, kModule, "Form_Load", [&] {
+    const InstanceLock lock(ProgramDirectory());
+    if (!lock.held()) {
+      context.exitStatus = Refuse("The Quillon Web Service is already running.");
+    } else if (!commandLine.empty()) {
+      context.exitStatus = Refuse("Quillon: Invalid command option.");
+    } else {
+      context.settings.AppPath = ProgramDirectory();
+      RunService(context);
+    }
+  });
+  if (!ended) context.exitStatus = Refuse("Quillon: " + std::string(kDatabaseMessage));
   return context.exitStatus;
 }
 
@@ -160,9 +158,8 @@ void dartSvc_State(ServiceContext& context, ServiceState state) {
 
 void timer1_Timer(ServiceContext& context) {
   ErrorExit(context.diagnostics, kModule, "timer1", [&] {
-    const auto running =
-        std::chrono::floor<std::chrono::seconds>(context.clock.Now() - context.settings.StartTime);
-    if (running >= kStartTickLimit) return;
+    const std::chrono::milliseconds running(context.clock.TickMs() - context.startTick);
+    if (std::chrono::floor<std::chrono::seconds>(running) >= kStartTickLimit) return;
     ServiceOpen(context, "snmpAgent");
     ServiceOpen(context, "tcpServer");
     NoticeFromState(context, "Service Started. Version: " + std::string(kVersion),

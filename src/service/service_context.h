@@ -7,6 +7,7 @@
 
 #include "platform/event_loop.h"
 #include "platform/listener.h"
+#include "platform/text_encoding.h"
 #include "service/diagnostics.h"
 #include "service/language_words.h"
 #include "service/settings.h"
@@ -22,9 +23,11 @@ struct ServiceContext {
   LangWords& words;
   std::string& FavIconData;
 
-  std::unique_ptr<EventLoop::Timer> timer1;  // runs while the service is started
-  bool stopping = false;                     // state 0 has begun
-  int exitStatus = 0;                        // of the process
+  std::unique_ptr<EventLoop::Timer> timer1 = nullptr;    // runs while the service is started
+  std::unique_ptr<LoadedCharset> pageCharset = nullptr;  // of CharSet, with the listener
+  std::int64_t startTick = 0;                            // ms of the clock's tick at StartTime
+  bool stopping = false;                                 // state 0 has begun
+  int exitStatus = 0;                                    // of the process
 };
 
 }  // namespace quillon

@@ -6,7 +6,6 @@
 #include "platform/database.h"
 #include "platform/failure.h"
 #include "platform/files.h"
-#include "platform/text_encoding.h"
 #include "service/error_exit.h"
 
 namespace quillon {
@@ -32,6 +31,7 @@ class ListenerRow {
   explicit ListenerRow(const Settings& settings) {
     main_.Open(settings.ConnMain);
     row_.Open(kListenerTable, main_, CursorType::kStatic, LockType::kOptimistic);
+    row_.Field("Status");  // fails here where the table has no row
   }
   Value Field(std::string_view name) const { return row_.Field(name); }
   void Store(std::string_view name, const std::string& text) {
@@ -58,10 +58,9 @@ std::string Listen(ServiceContext& context, ListenerRow& row) {
                      tcpServer.LocalHost(), tcpServer.LocalPort());
 }
 
-void OpenListener(ServiceContext& context) {
-  ListenerRow row(context.settings);
+void OpenListener(ServiceContext& context, ListenerRow& row) {
   context.settings.CharSet = row.Field("CharSet").AsText();
-  LoadCharset(context.settings.CharSet);
+  context.pageCharset = std::make_unique<LoadedCharset>(context.settings.CharSet);
   const bool enabled = row.Field("Enabled").AsBoolean();
   const std::string status = enabled ? Listen(context, row) : kNotStarted;
   row.Store("Status", status);
@@ -72,19 +71,20 @@ void OpenListener(ServiceContext& context) {
                "########### Web Server Started ############\r\n" + status + "\r\n\r\n");
 }
 
-// The address that a new installation has, so that a bad one cures itself at the next start.
-void StoreListenerFailure(ServiceContext& context) {
+// The address is that of a new installation again, so that a bad one cures itself at the
+// next start.
+void StoreListenerFailure(const ServiceContext& context, const std::string& status) {
   ListenerRow row(context.settings);
   row.Store("IpAddr", kEveryAddress);
-  row.Store("Status", StatusTime(context) + "Failed to Start\r\n");
+  row.Store("Status", status);
   row.Update();
 }
 
-std::string OpeningFailureText(const std::exception& failure) {
+std::string OpeningFailureText(const ServiceContext& context, const std::exception& failure) {
   const auto* socket = dynamic_cast<const SocketFailure*>(&failure);
   const bool badAddress =
       socket != nullptr && socket->code() == SocketFailure::Code::kAddressNotAvailable;
-  return badAddress ? "TCP Server IP Address is not valid" : failure.what();
+  return badAddress ? "TCP Server IP Address is not valid" : FailureText(context.settings, failure);
 }
 
 void OpenDatabaseOnly(const ServiceContext& context) {
@@ -95,16 +95,23 @@ void OpenDatabaseOnly(const ServiceContext& context) {
 }  // namespace
 
 void ServiceOpen(ServiceContext& context, std::string_view name) {
-  bool failed = false;
-  ErrorExit(
+  bool rowIsThere = false;
+  std::string status;
+  const bool opened = ErrorExit(
       context.diagnostics, kModule, "ServiceOpen",
-      [&] { name == kListener ? OpenListener(context) : OpenDatabaseOnly(context); },
+      [&] {
+        if (name != kListener) return OpenDatabaseOnly(context);
+        ListenerRow row(context.settings);
+        rowIsThere = true;
+        OpenListener(context, row);
+      },
       [&](const std::exception& failure) {
-        failed = dynamic_cast<const DatabaseFailure*>(&failure) == nullptr;
-        return OpeningFailureText(failure);
+        status = StatusTime(context) + "Failed to Start\r\n";
+        return OpeningFailureText(context, failure);
       });
-  if (!failed || name != kListener) return;
-  ErrorExit(context.diagnostics, kModule, "ServiceOpen", [&] { StoreListenerFailure(context); });
+  if (opened || !rowIsThere) return;
+  ErrorExit(context.diagnostics, kModule, "ServiceOpen",
+            [&] { StoreListenerFailure(context, status); });
 }
 
 void ServiceClose(ServiceContext& context, std::string_view name) {

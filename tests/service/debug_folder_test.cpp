@@ -13,7 +13,7 @@ TEST(DebugFolder, ClearingTakesTheDebugFilesAndKeepsTheEvents) {
   for (const char* name :
        {"WebConnection-1.txt", "WebConnections.txt", "WebServices.txt", "Language.ini",
         "HelpText.txt", "qws.css", "WebSqlTop10.txt", "WebSqlHist45.txt", "SendMailSMTP.txt",
-        "AppEventWeb.txt", "notes.txt", "Other.ini"}) {
+        "~new.txt", "AppEventWeb.txt", "notes.txt", "Other.ini"}) {
     house.installation.Write(std::string("Debug/") + name, "text");
   }
   ClearDebugDir(house.diagnostics);

@@ -16,7 +16,7 @@ class LifecycleTest : public ::testing::Test {
 
   void Start() { dartSvc_State(house.service, ServiceState::kStart); }
   void TickAt(std::chrono::seconds afterStart) {
-    house.clock.Set(house.settings.StartTime + afterStart);
+    house.clock.Advance(house.settings.StartTime + afterStart - house.clock.Now());
     timer1_Timer(house.service);
   }
 
@@ -100,9 +100,22 @@ TEST_F(LifecycleTest, FiftySecondsAreCountedWhole) {
   for (const Case& row : cases) {
     ServiceHouse fresh;
     fresh.settings.StartTime = fresh.clock.Now();
+    fresh.service.startTick = fresh.clock.TickMs();
     fresh.clock.Advance(row.afterStart);
     timer1_Timer(fresh.service);
     EXPECT_EQ(fresh.tcpServer.Listening(), row.opens) << row.afterStart.count();
+  }
+}
+
+TEST_F(LifecycleTest, WallClockThatIsSetMeanwhileDoesNotCount) {
+  for (const auto step : {std::chrono::hours(1), std::chrono::hours(-1)}) {
+    ServiceHouse fresh;
+    fresh.settings.StartTime = fresh.clock.Now();
+    fresh.service.startTick = fresh.clock.TickMs();
+    fresh.clock.Advance(std::chrono::seconds(30));
+    fresh.clock.Set(fresh.clock.Now() + step);
+    timer1_Timer(fresh.service);
+    EXPECT_TRUE(fresh.tcpServer.Listening()) << step.count();
   }
 }
 

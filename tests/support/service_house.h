@@ -30,8 +30,7 @@ class ServiceHouse : public House {
 
   std::string favIconData;
   Listener tcpServer{loop};
-  ServiceContext service{diagnostics, settings, clock,       loop,
-                         tcpServer,   words,    favIconData, nullptr};
+  ServiceContext service{diagnostics, settings, clock, loop, tcpServer, words, favIconData};
 
  private:
   void Set(const std::string& table, const std::string& field, const std::string& value) const {
