@@ -35,7 +35,6 @@ struct Connection {
   std::deque<std::string> waiting;  // texts in the order of their assignment
   std::size_t waitingBytes = 0;     // what of them is not sent yet
   std::size_t sentOfFirst = 0;      // bytes of waiting.front() that are out
-  int runningEvents = 0;            // events of this connection on the stack
   bool up = true;
 };
 
@@ -85,20 +84,17 @@ class Listener::Implementation {
   void Send(ConnectionId id, std::string text);
 
  private:
-  // One event of a connection: counts the depth of the stack, and keeps the number of
-  // the connection taken until the event ends, so that a page which is still being
-  // built cannot reach the next client.
+  // One event of a connection. The events that run are a stack, whose top belongs to the
+  // handler that is at work: its number means its own connection, also when that has gone
+  // meanwhile and the number is another client's. So a page that was being built for a
+  // client who left reaches nobody else.
   class RunningEvent {
    public:
-    RunningEvent(Implementation& owner, ConnectionId id, ConnectionPtr connection)
-        : owner_(owner), id_(id), connection_(std::move(connection)) {
-      ++owner_.depth_;
-      ++connection_->runningEvents;
+    RunningEvent(Implementation& owner, ConnectionId id, ConnectionPtr connection) : owner_(owner) {
+      owner_.running_.push_back({id, std::move(connection)});
     }
     ~RunningEvent() {
-      --owner_.depth_;
-      --connection_->runningEvents;
-      owner_.FreeIfGone(id_, connection_);
+      owner_.running_.pop_back();
       owner_.ResumeHeldBack();
     }
     RunningEvent(const RunningEvent&) = delete;
@@ -106,11 +102,14 @@ class Listener::Implementation {
 
    private:
     Implementation& owner_;
-    ConnectionId id_;
-    ConnectionPtr connection_;
   };
 
-  bool TooDeep() const { return depth_ >= kDepthLimit; }
+  struct Numbered {
+    ConnectionId id;
+    ConnectionPtr connection;
+  };
+
+  bool TooDeep() const { return running_.size() >= kDepthLimit; }
   ConnectionId LowestFreeId() const;
   void WaitForClient();
   void WaitForClientLater();
@@ -121,7 +120,6 @@ class Listener::Implementation {
   void ReadText(ConnectionId id, const ConnectionPtr& connection);
   void WriteOrWait(ConnectionId id, const ConnectionPtr& connection);
   void End(ConnectionId id, const ConnectionPtr& connection, int code, const std::string& why);
-  void FreeIfGone(ConnectionId id, const ConnectionPtr& connection);
   void ResumeHeldBack();
   void ResumeClient();
   void ResumeReadable();
@@ -133,14 +131,14 @@ class Listener::Implementation {
   std::int32_t localPort_ = 0;
   std::array<char, kReadSize> readBuffer_;  // shared: a text is copied out before its event runs
   std::map<ConnectionId, ConnectionPtr> connections_;
-  int depth_ = 0;
+  std::vector<Numbered> running_;  // the events on the stack, the one at work last
   int opening_ = 0;  // counts the openings: what an earlier one has accepted late is dropped
 
   // What waits for the depth to fall: a client without a number, connections that are not
   // watched, and those that have a text, in the order in which it came.
   std::optional<tcp::socket> heldClient_;
-  std::vector<std::pair<ConnectionId, ConnectionPtr>> unwatched_;
-  std::deque<std::pair<ConnectionId, ConnectionPtr>> readable_;
+  std::vector<Numbered> unwatched_;
+  std::deque<Numbered> readable_;
   bool resuming_ = false;  // the next of readable_ has its turn already
 };
 
@@ -186,6 +184,9 @@ void Listener::Implementation::Close() {
 }
 
 ConnectionPtr Listener::Implementation::FindUp(ConnectionId id) const {
+  if (!running_.empty() && running_.back().id == id) {
+    return running_.back().connection->up ? running_.back().connection : nullptr;
+  }
   const auto found = connections_.find(id);
   return found != connections_.end() && found->second->up ? found->second : nullptr;
 }
@@ -248,7 +249,7 @@ void Listener::Implementation::AddClient(tcp::socket socket) {
 
 void Listener::Implementation::WaitForText(ConnectionId id, const ConnectionPtr& connection) {
   if (TooDeep()) {
-    unwatched_.emplace_back(id, connection);
+    unwatched_.push_back({id, connection});
     return;
   }
   connection->socket.async_wait(tcp::socket::wait_read,
@@ -262,7 +263,7 @@ void Listener::Implementation::WaitForText(ConnectionId id, const ConnectionPtr&
 // served, so that nobody can keep the others out.
 void Listener::Implementation::TakeReadable(ConnectionId id, const ConnectionPtr& connection) {
   if (!TooDeep() && readable_.empty()) return ReadText(id, connection);
-  readable_.emplace_back(id, connection);
+  readable_.push_back({id, connection});
 }
 
 void Listener::Implementation::ReadText(ConnectionId id, const ConnectionPtr& connection) {
@@ -316,13 +317,9 @@ void Listener::Implementation::Drop(ConnectionId id) {
   connection->up = false;
   asio::error_code ignored;
   connection->socket.close(ignored);
-  // The event comes by itself, and not inside whoever drops the connection. Until then
-  // the number stays taken.
-  ++connection->runningEvents;
-  asio::post(acceptor_.get_executor(), [this, id, connection] {
-    --connection->runningEvents;
-    End(id, connection, 0, "Closed by the server");
-  });
+  // The event comes by itself, and not inside whoever drops the connection.
+  asio::post(acceptor_.get_executor(),
+             [this, id, connection] { End(id, connection, 0, "Closed by the server"); });
 }
 
 void Listener::Implementation::End(ConnectionId id, const ConnectionPtr& connection, int code,
@@ -331,12 +328,9 @@ void Listener::Implementation::End(ConnectionId id, const ConnectionPtr& connect
   asio::error_code ignored;
   connection->socket.close(ignored);
   connection->waiting.clear();
+  connections_.erase(id);
   const RunningEvent running(*this, id, connection);
   events_->Disconnected(id, code, why);
-}
-
-void Listener::Implementation::FreeIfGone(ConnectionId id, const ConnectionPtr& connection) {
-  if (!connection->up && connection->runningEvents == 0) connections_.erase(id);
 }
 
 // Called whenever an event has ended. One connection is resumed at a time; its own event

@@ -11,7 +11,9 @@
 
 namespace quillon {
 
-// Number of a connection: the lowest that is free, from 1 on.
+// Number of a connection: the lowest that is free, from 1 on. Inside an event of a
+// connection its number means that connection, also when it has gone meanwhile and the
+// number has been given to the next client.
 using ConnectionId = std::int16_t;
 
 // What the listener tells. Every call runs as an event on the loop, may be nested in
