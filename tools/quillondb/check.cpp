@@ -7,13 +7,30 @@
 #include "import/schema/databases.h"
 #include "import/schema/sqlite_file.h"
 #include "platform/failure.h"
+#include "platform/files.h"
 #include "quillondb/check_database.h"
 #include "quillondb/installation.h"
+#include "service/morvane_ini.h"
+#include "service/settings.h"
 
 namespace quillon {
 namespace {
 
 namespace fs = std::filesystem;
+
+// A file that the site shows, and what becomes of the pages without it.
+struct WebFile {
+  const char* path;
+  const char* hint;
+};
+
+constexpr WebFile kWebFiles[] = {
+    {"WebReports/Language.ini",
+     R"(every word of the pages shows as "n/a"; copy the file from share/WebReports)"},
+    {"WebReports/HelpText.txt", "the help is empty; copy the file from share/WebReports"},
+    {"WebReports/Favicon.ico", "browsers show no icon; copy the file from share/WebReports"},
+    {"WebReports/qws.css", "pages have no colours; choose a theme in the operator's console"},
+};
 
 bool IsDirectory(const fs::path& path) {
   std::error_code ignored;
@@ -28,17 +45,34 @@ void CheckFolders(const fs::path& directory, std::vector<std::string>& findings)
   }
 }
 
-// The directory of the management product; nothing where the settings cannot be read, which the
-// check of the database tells.
+void CheckWebFiles(const fs::path& directory, std::vector<std::string>& findings) {
+  for (const WebFile& file : kWebFiles) {
+    if (FileExists((directory / file.path).string())) continue;
+    findings.push_back(std::string(file.path) + ": the file is missing, so " + file.hint);
+  }
+}
+
+// The directory of the management product; nothing where the settings cannot be read or hold a
+// null, which the check of the database tells.
 std::optional<std::string> SnmpcDir(const fs::path& directory) {
   try {
     const SqliteFile settings = SqliteFile::Open(directory / "Quillon.mdb");
     SqliteStatement row = settings.Prepare("SELECT SnmpcDir FROM Settings_General");
-    if (!row.Step()) return std::nullopt;
+    if (!row.Step() || row.IsNull(0)) return std::nullopt;
     return row.Text(0);
   } catch (const DatabaseFailure&) {
     return std::nullopt;
   }
+}
+
+// The file where the service would look for it: its directory is the one of its program, with
+// all links resolved.
+std::string MorvaneIniOf(const fs::path& directory, const std::string& snmpcDir) {
+  std::error_code ignored;
+  Settings settings;
+  settings.AppPath = fs::canonical(directory, ignored).string();
+  settings.MorvaneDir = snmpcDir;
+  return MorvaneIniPath(settings);
 }
 
 void CheckMorvaneIni(const fs::path& directory, std::vector<std::string>& findings) {
@@ -50,10 +84,9 @@ void CheckMorvaneIni(const fs::path& directory, std::vector<std::string>& findin
         " directory of Morvane.ini");
     return;
   }
-  const fs::path path = fs::path(*home) / kMorvaneIni;
-  std::error_code ignored;
-  if (!fs::is_regular_file(path, ignored)) {
-    findings.push_back(path.string() + " is missing; the service ends at once without it");
+  const std::string path = MorvaneIniOf(directory, *home);
+  if (!FileExists(path)) {
+    findings.push_back(path + " is missing; the service ends at once without it");
   }
 }
 
@@ -63,9 +96,10 @@ std::vector<std::string> CheckInstallation(const std::string& directory) {
   if (!IsDirectory(directory)) return {directory + " is no directory"};
   std::vector<std::string> findings;
   for (const Database& database : kDatabases) {
-    CheckDatabase(directory, database.fileName, findings);
+    CheckDatabase(directory, database, findings);
   }
   CheckFolders(directory, findings);
+  CheckWebFiles(directory, findings);
   CheckMorvaneIni(directory, findings);
   return findings;
 }

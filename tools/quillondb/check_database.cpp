@@ -5,9 +5,11 @@
 #include <array>
 #include <filesystem>
 
-#include "import/schema/databases.h"
 #include "platform/failure.h"
+#include "quillondb/check_fields.h"
+#include "quillondb/check_indexes.h"
 #include "quillondb/check_rotation.h"
+#include "quillondb/check_settings.h"
 
 namespace quillon {
 namespace {
@@ -33,6 +35,15 @@ void CheckIntegrity(const SqliteFile& file, const std::string& place,
   }
 }
 
+void CheckJournalMode(const SqliteFile& file, const std::string& place,
+                      std::vector<std::string>& findings) {
+  SqliteStatement mode = file.Prepare("PRAGMA journal_mode");
+  if (!mode.Step() || mode.Text(0) == "wal") return;
+  findings.push_back(place + "the journal mode is " + mode.Text(0) +
+                     " instead of wal, so programs lock each other out; run"
+                     " 'PRAGMA journal_mode=WAL' in it");
+}
+
 void CheckOneRow(const SqliteFile& file, const std::string& place, const TableShape& table,
                  std::vector<std::string>& findings) {
   const std::string from = " FROM " + table.name;
@@ -48,22 +59,35 @@ void CheckOneRow(const SqliteFile& file, const std::string& place, const TableSh
   }
 }
 
-void CheckContent(const SqliteFile& file, const std::string& place, const TableShape& table,
-                  std::vector<std::string>& findings) {
+void CheckRows(const SqliteFile& file, const std::string& place, const TableShape& table,
+               std::vector<std::string>& findings) {
   if (std::ranges::find(kOneRowTables, table.name) != kOneRowTables.end()) {
     CheckOneRow(file, place, table, findings);
   }
-  for (const DayTableKind& kind : kDayTableKinds) {
-    if (kind.controlTable == table.name) CheckRotation(file, place, kind, findings);
+  CheckFields(file, place, table.name, findings);
+  CheckSettings(file, place, table, findings);
+}
+
+// `reference` is a new database of the same kind.
+void CheckTables(const SqliteFile& file, const SqliteFile& reference, const std::string& place,
+                 std::string_view fileName, std::vector<std::string>& findings) {
+  for (const TableShape& table : ExpectedTables(fileName)) {
+    if (!CheckTable(file, place, table, findings)) continue;
+    CheckIndexes(file, place, table.name, IndexesOf(reference, table.name), findings);
+    CheckRows(file, place, table, findings);
+    for (const DayTableKind& kind : kDayTableKinds) {
+      if (kind.controlTable == table.name) CheckRotation(file, reference, place, kind, findings);
+    }
   }
 }
 
-void CheckOpened(const SqliteFile& file, const std::string& place, std::string_view fileName,
+void CheckOpened(const SqliteFile& file, const std::string& place, const Database& database,
                  std::vector<std::string>& findings) {
+  const SqliteFile reference = SqliteFile::InMemory();
+  database.build(reference, "");
   CheckIntegrity(file, place, findings);
-  for (const TableShape& table : ExpectedTables(fileName)) {
-    if (CheckTable(file, place, table, findings)) CheckContent(file, place, table, findings);
-  }
+  CheckJournalMode(file, place, findings);
+  CheckTables(file, reference, place, database.fileName, findings);
 }
 
 }  // namespace
@@ -90,9 +114,9 @@ bool CheckTable(const SqliteFile& file, const std::string& place, const TableSha
   return findings.size() == before;
 }
 
-void CheckDatabase(const std::string& directory, std::string_view fileName,
+void CheckDatabase(const std::string& directory, const Database& database,
                    std::vector<std::string>& findings) {
-  const std::string name(fileName);
+  const std::string name(database.fileName);
   const std::string place = name + ": ";
   const fs::path path = fs::path(directory) / name;
   std::error_code ignored;
@@ -102,7 +126,7 @@ void CheckDatabase(const std::string& directory, std::string_view fileName,
   }
   CheckMode(path, place, findings);
   try {
-    CheckOpened(SqliteFile::Open(path), place, fileName, findings);
+    CheckOpened(SqliteFile::Open(path), place, database, findings);
   } catch (const DatabaseFailure& failure) {
     findings.emplace_back(failure.what());
   }

@@ -1,17 +1,17 @@
-// The check of one database file: mode, integrity, tables, columns, rows.
+// The check of one database file: mode, integrity, journal, tables, columns, indexes, rows.
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "import/schema/databases.h"
 #include "import/schema/shapes.h"
 #include "import/schema/sqlite_file.h"
 
 namespace quillon {
 
 // Appends a line for each thing that is missing or wrong in that file of the directory.
-void CheckDatabase(const std::string& directory, std::string_view fileName,
+void CheckDatabase(const std::string& directory, const Database& database,
                    std::vector<std::string>& findings);
 
 // Appends a line where the table or one of its columns is missing or has another declared type,

@@ -5,6 +5,7 @@
 
 #include "import/schema/shapes.h"
 #include "quillondb/check_database.h"
+#include "quillondb/check_indexes.h"
 
 namespace quillon {
 namespace {
@@ -26,14 +27,26 @@ void CheckControlRows(const SqliteFile& history, const std::string& place, const
   }
 }
 
-void CheckDayTables(const SqliteFile& history, const std::string& place, const DayTableKind& kind,
-                    std::vector<std::string>& findings) {
+// How often each day table is named. A row that names none is found with the fields.
+std::map<std::string, int> NamedTables(const SqliteFile& history, const DayTableKind& kind) {
   std::map<std::string, int> rowsNaming;
   for (const std::string& table : DayTables(history, kind.controlTable)) ++rowsNaming[table];
+  rowsNaming.erase("");
+  return rowsNaming;
+}
+
+void CheckDayTables(const SqliteFile& history, const SqliteFile& reference,
+                    const std::string& place, const DayTableKind& kind,
+                    std::vector<std::string>& findings) {
   const std::string control(kind.controlTable);
-  const std::vector<ColumnShape> columns = ExpectedDayColumns(kind.controlTable);
-  for (const auto& [table, rows] : rowsNaming) {
-    CheckTable(history, place + control + ": ", {table, columns}, findings);
+  const std::string here = place + control + ": ";
+  const std::vector<ColumnShape> columns = ExpectedDayColumns(control);
+  const std::vector<std::string> indexes =
+      IndexesOf(reference, DayTables(reference, control).front());
+  for (const auto& [table, rows] : NamedTables(history, kind)) {
+    if (CheckTable(history, here, {table, columns}, findings)) {
+      CheckIndexes(history, here, table, indexes, findings);
+    }
     if (rows == 1) continue;
     findings.push_back(place + std::to_string(rows) + " rows of " + control + " name the table " +
                        table);
@@ -42,10 +55,10 @@ void CheckDayTables(const SqliteFile& history, const std::string& place, const D
 
 }  // namespace
 
-void CheckRotation(const SqliteFile& history, const std::string& place, const DayTableKind& kind,
-                   std::vector<std::string>& findings) {
+void CheckRotation(const SqliteFile& history, const SqliteFile& reference, const std::string& place,
+                   const DayTableKind& kind, std::vector<std::string>& findings) {
   CheckControlRows(history, place, kind, findings);
-  CheckDayTables(history, place, kind, findings);
+  CheckDayTables(history, reference, place, kind, findings);
 }
 
 }  // namespace quillon

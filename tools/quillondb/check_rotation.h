@@ -10,8 +10,9 @@
 namespace quillon {
 
 // Appends a line for each thing wrong with the rows of the control table and with the day tables
-// that they name. The control table itself has to be whole. `place` begins the lines.
-void CheckRotation(const SqliteFile& history, const std::string& place, const DayTableKind& kind,
-                   std::vector<std::string>& findings);
+// that they name, of which `reference`, a new history, holds the model. The control table itself
+// has to be whole. `place` begins the lines.
+void CheckRotation(const SqliteFile& history, const SqliteFile& reference, const std::string& place,
+                   const DayTableKind& kind, std::vector<std::string>& findings);
 
 }  // namespace quillon

@@ -2,7 +2,7 @@
 #include "quillondb/installation.h"
 
 #include <filesystem>
-#include <fstream>
+#include <string_view>
 
 #include "import/schema/creation.h"
 #include "import/schema/databases.h"
@@ -20,33 +20,49 @@ constexpr const char* kMorvaneIniText =
     "ServerIpAddr=127.0.0.1\r\n"
     "ServerTrapPort=162\r\n";
 
-void CreateFolders(const fs::path& directory) {
-  fs::create_directories(directory);
-  for (const char* folder : kFolders) fs::create_directory(directory / folder);
+// A database and what can stand beside it; none of them may be there before a new one.
+constexpr const char* kDatabaseEndings[] = {"", "-wal", "-shm", "-journal"};
+
+void RefuseExisting(const fs::path& path) {
+  std::error_code ignored;
+  if (!fs::exists(fs::symlink_status(path, ignored))) return;
+  throw FileFailure(path.string() + " exists already and is not overwritten; move it away first");
 }
 
-void WriteMorvaneIni(const fs::path& path) {
-  if (fs::exists(path)) return;
-  std::ofstream file(path, std::ios::binary);
-  file << kMorvaneIniText;
-  file.close();
-  if (!file) throw FileFailure("cannot write " + path.string());
+void RefuseExistingDatabases(const fs::path& directory) {
+  for (const Database& database : kDatabases) {
+    for (const char* ending : kDatabaseEndings) {
+      RefuseExisting(directory / (std::string(database.fileName) + ending));
+    }
+  }
 }
 
-// The first stylesheet; from then on the operator's console writes it.
-void WriteStylesheet(const fs::path& path) {
-  if (fs::exists(path)) return;
-  ReplaceFile(path.string(), StylesheetText(FindTheme(kDefaultTheme)), OldFile::kStays);
+void MakeFolder(const fs::path& path) {
+  std::error_code failure;
+  fs::create_directories(path, failure);
+  if (failure) throw FileFailure(path.string() + ": cannot be made: " + failure.message());
+}
+
+void MakeFolders(const fs::path& directory) {
+  MakeFolder(directory);
+  for (const char* folder : kFolders) MakeFolder(directory / folder);
+}
+
+// A file that is there belongs to the operator and stays.
+void WriteIfMissing(const fs::path& path, std::string_view text) {
+  if (!PathExists(path.string())) ReplaceFile(path.string(), text, OldFile::kStays);
 }
 
 }  // namespace
 
-// The databases come last: they alone refuse to be made twice, so a run that failed before
-// them can simply be repeated.
+// Another installation is refused before anything is added to it. The databases come last, so
+// that a run that failed before them can simply be repeated.
 void CreateInstallation(const std::string& directory) {
-  CreateFolders(directory);
-  WriteMorvaneIni(fs::path(directory) / kMorvaneIni);
-  WriteStylesheet(fs::path(directory) / "WebReports" / "qws.css");
+  const fs::path home(directory);
+  RefuseExistingDatabases(home);
+  MakeFolders(home);
+  WriteIfMissing(home / kMorvaneIni, kMorvaneIniText);
+  WriteIfMissing(home / "WebReports" / "qws.css", StylesheetText(FindTheme(kDefaultTheme)));
   CreateDatabases(directory);
 }
 

@@ -15,7 +15,7 @@ inline constexpr const char* kMorvaneIni = "Morvane.ini";
 
 // Makes the directory where it is missing, and all that a new installation holds. Folders, a
 // Morvane.ini and a stylesheet that are there stay as they are. Throws std::runtime_error where a
-// database is there already or something cannot be written.
+// database is there already, before anything is added, or where something cannot be written.
 void CreateInstallation(const std::string& directory);
 
 // Lets the listener of the installation use another port from its next start on.

@@ -68,6 +68,11 @@ constexpr Command kCommands[] = {
     {"report-done", "Set the marks of a report that has just ended", ReportDone},
 };
 
+// A complaint about an empty text, as the parser wants it; empty where there is none.
+std::string RefuseEmpty(const std::string& directory) {
+  return directory.empty() ? "it is empty; name a directory" : "";
+}
+
 int RunChosen(const CLI::App& app, const Arguments& arguments) {
   for (const Command& command : kCommands) {
     if (app.got_subcommand(command.name)) return command.run(arguments);
@@ -82,7 +87,9 @@ int Main(int argc, char** argv) {
   Arguments arguments;
   for (const Command& command : kCommands) {
     CLI::App* sub = app.add_subcommand(command.name, command.help);
-    sub->add_option("DIR", arguments.directory, "The installation directory")->required();
+    sub->add_option("DIR", arguments.directory, "The installation directory")
+        ->required()
+        ->check(RefuseEmpty);
   }
   CLI::App* demo = app.get_subcommand("demo");
   demo->add_flag("--replace", arguments.replace, "Empty the statistics and the history first");

@@ -1,0 +1,262 @@
+// quillondb check: each kind of damage, in the words that the operator reads.
+#include "tools/quillondb_fixture.h"
+
+namespace quillon {
+namespace {
+
+struct Case {
+  const char* file;
+  std::string damage;  // SQL
+  std::string finding;
+};
+
+class QuillondbCheck : public Quillondb {
+ protected:
+  // The damage to a whole installation is found, and it alone.
+  void ExpectFinding(const Case& damaged) const {
+    fs::remove_all(home_);
+    CreateWhole();
+    Sql(damaged.file, damaged.damage);
+    const Outcome check = Run("check {}");
+    EXPECT_EQ(check.status, 1) << damaged.damage;
+    EXPECT_EQ(check.out, damaged.finding + "\n") << damaged.damage;
+    EXPECT_NE(check.error, "") << damaged.damage;
+  }
+};
+
+TEST_F(QuillondbCheck, SaysThatThereIsNoDirectory) {
+  const Outcome check = Run("check {}");
+  EXPECT_EQ(check.status, 1);
+  EXPECT_EQ(check.out, home_.string() + " is no directory\n");
+}
+
+TEST_F(QuillondbCheck, FindsEachKindOfDamageInADatabase) {
+  const Case kCases[] = {
+      {"Reports.mdb", "DROP TABLE MAC", "Reports.mdb: the table MAC is missing"},
+      {"Reports.mdb", "ALTER TABLE VLAN DROP COLUMN IfAlias",
+       "Reports.mdb: the column IfAlias of VLAN is missing"},
+      {"Reports.mdb",
+       "DROP TABLE MAC; CREATE TABLE MAC (RecNo INTEGER, IfIndex INTEGER,"
+       " MacAddr TEXT, IpAddr TEXT, LastSeen TEXT)",
+       "Reports.mdb: the column LastSeen of MAC is declared as TEXT instead of DATE"},
+      {"Quillon.mdb", "DELETE FROM Settings_SmtpServer",
+       "Quillon.mdb: Settings_SmtpServer has 0 rows where exactly one belongs"},
+      {"Quillon.mdb", "INSERT INTO Settings_General VALUES (0, 'YYYY-MM-DD', '')",
+       "Quillon.mdb: Settings_General has 2 rows where exactly one belongs"},
+      {"Quillon.mdb", "UPDATE Settings_WebServer SET Status = NULL",
+       "Quillon.mdb: Status in Settings_WebServer is null"},
+      {"Quillon.mdb", "UPDATE Settings_General SET SnmpcDir = ''",
+       "Quillon.mdb: SnmpcDir in Settings_General is empty; it has to be the directory of"
+       " Morvane.ini"},
+      {"Quillon.mdb", "UPDATE Settings_General SET SnmpcDir = '/nowhere'",
+       "/nowhere/Morvane.ini is missing; the service ends at once without it"},
+      {"History.mdb", "UPDATE General_Info SET LastImport = NULL",
+       "History.mdb: LastImport in General_Info is null"},
+      {"History.mdb", "DELETE FROM VLAN_HistCtrl WHERE rowid = 3",
+       "History.mdb: VLAN_HistCtrl has 44 rows instead of 45"},
+      {"History.mdb", "UPDATE Disk_HistCtrl SET StorageDate = NULL WHERE rowid = 3",
+       "History.mdb: StorageDate in Disk_HistCtrl is null; its day table is never used"},
+      {"History.mdb", "UPDATE Disk_HistCtrl SET HistTable = 'Lost' WHERE rowid = 3",
+       "History.mdb: Disk_HistCtrl: the table Lost is missing"},
+      {"History.mdb", "ALTER TABLE VLAN_Day07 RENAME COLUMN IsTrunk TO Trunk",
+       "History.mdb: VLAN_HistCtrl: the column IsTrunk of VLAN_Day07 is missing"},
+      {"History.mdb", "UPDATE VLAN_HistCtrl SET HistTable = 'VLAN_Day01' WHERE rowid = 2",
+       "History.mdb: 2 rows of VLAN_HistCtrl name the table VLAN_Day01"},
+  };
+  for (const Case& damaged : kCases) ExpectFinding(damaged);
+}
+
+TEST_F(QuillondbCheck, FindsSettingsThatTheServiceCannotUse) {
+  const Case kCases[] = {
+      {"Quillon.mdb", "UPDATE Settings_General SET DatumFormat = 'yyyy-mm-dd'",
+       "Quillon.mdb: DatumFormat in Settings_General is 'yyyy-mm-dd'; it has to be YYYY-MM-DD,"
+       " MM/DD/YYYY or DD/MM/YYYY"},
+      {"Quillon.mdb", "UPDATE Settings_General SET DatumFormat = ''",
+       "Quillon.mdb: DatumFormat in Settings_General is empty; it has to be YYYY-MM-DD,"
+       " MM/DD/YYYY or DD/MM/YYYY"},
+      {"Quillon.mdb", "UPDATE Settings_WebServer SET TcpPort = 0",
+       "Quillon.mdb: TcpPort in Settings_WebServer is 0; the site cannot listen there; write a"
+       " port from 1 to 65535"},
+      {"Quillon.mdb", "UPDATE Settings_WebServer SET TcpPort = 65536",
+       "Quillon.mdb: TcpPort in Settings_WebServer is 65536; the site cannot listen there; write"
+       " a port from 1 to 65535"},
+      {"Quillon.mdb", "UPDATE Settings_WebServer SET TcpPort = 'http'",
+       "Quillon.mdb: TcpPort in Settings_WebServer is 'http'; the site cannot listen there; write"
+       " a port from 1 to 65535"},
+      {"Quillon.mdb", "UPDATE Settings_WebServer SET CharSet = 'ISO-8859-99'",
+       "Quillon.mdb: CharSet in Settings_WebServer is 'ISO-8859-99', which this machine does not"
+       " know; write a name out of 'iconv -l'"},
+      {"Quillon.mdb", "UPDATE Settings_SmtpServer SET CharSet = ''",
+       "Quillon.mdb: CharSet in Settings_SmtpServer is empty, which this machine does not know;"
+       " write a name out of 'iconv -l'"},
+      {"Quillon.mdb",
+       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 101)"
+       " INSERT INTO Settings_RepReceiver (Name) SELECT i FROM n",
+       "Quillon.mdb: Settings_RepReceiver has 101 rows; beyond 100 nobody gets mail, so delete"
+       " some"},
+  };
+  for (const Case& damaged : kCases) ExpectFinding(damaged);
+}
+
+TEST_F(QuillondbCheck, FindsDatesThatCannotBeRead) {
+  const std::string advice =
+      "; write a valid date as 'YYYY-MM-DD HH:MM:SS', or reading it can fail";
+  const std::pair<const char*, const char*> kTexts[] = {
+      {"'2024/05/01'", "'2024/05/01'"},
+      {"'01.05.2024 03:00:00'", "'01.05.2024 03:00:00'"},
+      {"'2024-02-30 03:00:00'", "'2024-02-30 03:00:00'"},
+      {"'2024-05-01 24:00:00'", "'2024-05-01 24:00:00'"},
+      {"'2024-05-01T03:00:00'", "'2024-05-01T03:00:00'"},
+      {"'2024-05-01'", "'2024-05-01'"},
+      {"45413", "45413"},
+      {"'now'", "'now'"},
+      {"''", "empty"}};
+  for (const auto& [value, shown] : kTexts) {
+    ExpectFinding({"History.mdb", std::string("UPDATE General_Info SET LastReport = ") + value,
+                   std::string("History.mdb: LastReport in General_Info is ") + shown + advice});
+  }
+  ExpectFinding({"History.mdb", "UPDATE General_Info SET LastImport = 'yesterday'",
+                 "History.mdb: LastImport in General_Info is 'yesterday'" + advice});
+  ExpectFinding({"History.mdb", "UPDATE VLAN_HistCtrl SET TrafficDate = 'x' WHERE rowid = 3",
+                 "History.mdb: TrafficDate in VLAN_HistCtrl is 'x'" + advice});
+  ExpectFinding({"History.mdb", "UPDATE Disk_HistCtrl SET StorageDate = 'x' WHERE rowid < 4",
+                 "History.mdb: StorageDate in Disk_HistCtrl is 'x' in 3 rows" + advice});
+}
+
+TEST_F(QuillondbCheck, FindsControlRowsThatNameNoTable) {
+  const std::string advice = "; whatever reads the row fails; write the name of its day table";
+  ExpectFinding({"History.mdb", "UPDATE VLAN_HistCtrl SET HistTable = NULL WHERE rowid = 3",
+                 "History.mdb: HistTable in VLAN_HistCtrl is null" + advice});
+  ExpectFinding({"History.mdb", "UPDATE Disk_HistCtrl SET HistTable = '' WHERE rowid < 3",
+                 "History.mdb: HistTable in Disk_HistCtrl is empty in 2 rows" + advice});
+}
+
+TEST_F(QuillondbCheck, FindsRowsOfNoDevice) {
+  const std::string advice =
+      "; no device is meant by that; the management product has to write a number above 0";
+  ExpectFinding({"Reports.mdb", "INSERT INTO VLAN (RecNo) VALUES (0), (0), (7)",
+                 "Reports.mdb: RecNo in VLAN is 0 in 2 rows" + advice});
+  ExpectFinding({"Reports.mdb", "INSERT INTO HostDiskInfo (DevName) VALUES ('server')",
+                 "Reports.mdb: RecNo in HostDiskInfo is null" + advice});
+}
+
+TEST_F(QuillondbCheck, FindsMissingIndexes) {
+  ExpectFinding({"Reports.mdb", "DROP INDEX VLAN_Port",
+                 "Reports.mdb: VLAN has no index on (IfIndex, RecNo), so pages are slow; add one"
+                 " with CREATE INDEX"});
+  ExpectFinding({"History.mdb", "DROP INDEX Disk_Day07_Device",
+                 "History.mdb: Disk_HistCtrl: Disk_Day07 has no index on (RecNo), so pages are"
+                 " slow; add one with CREATE INDEX"});
+}
+
+TEST_F(QuillondbCheck, TakesAnIndexUnderAnyNameAndADayTableToo) {
+  CreateWhole();
+  Sql("Reports.mdb", "DROP INDEX MAC_Port; CREATE INDEX Mine ON MAC (IfIndex, RecNo)");
+  Sql("History.mdb",
+      "ALTER TABLE VLAN_Day07 RENAME TO Seventh;"
+      "UPDATE VLAN_HistCtrl SET HistTable = 'Seventh' WHERE HistTable = 'VLAN_Day07'");
+  EXPECT_EQ(Run("check {}").out, "ok\n");
+}
+
+TEST_F(QuillondbCheck, FindsAnotherJournalMode) {
+  ExpectFinding({"Reports.mdb", "PRAGMA journal_mode = DELETE",
+                 "Reports.mdb: the journal mode is delete instead of wal, so programs lock each"
+                 " other out; run 'PRAGMA journal_mode=WAL' in it"});
+}
+
+TEST_F(QuillondbCheck, TakesEverySettingWithinItsLimits) {
+  CreateWhole();
+  const char* const kChanges[] = {
+      "UPDATE Settings_General SET DatumFormat = 'DD/MM/YYYY'",
+      "UPDATE Settings_WebServer SET TcpPort = 1", "UPDATE Settings_WebServer SET TcpPort = 65535",
+      "UPDATE Settings_WebServer SET CharSet = 'UTF-8'",
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100)"
+      " INSERT INTO Settings_RepReceiver (Name) SELECT i FROM n"};
+  for (const char* change : kChanges) {
+    Sql("Quillon.mdb", change);
+    EXPECT_EQ(Run("check {}").out, "ok\n") << change;
+  }
+}
+
+TEST_F(QuillondbCheck, FindsMorvaneIniWhereTheServiceDoes) {
+  CreateWhole();
+  fs::create_directories(home_ / "nms/data");
+  fs::rename(home_ / "Morvane.ini", home_ / "nms/data/Morvane.ini");
+  const std::string elsewhere = (home_ / "nms/data").string();
+  for (const std::string& folder : {elsewhere, elsewhere + "/", std::string("nms/data"),
+                                    std::string("nms\\data"), std::string(".\\nms\\data\\")}) {
+    Sql("Quillon.mdb", "UPDATE Settings_General SET SnmpcDir = '" + folder + "'");
+    EXPECT_EQ(Run("check {}").out, "ok\n") << folder;
+  }
+  Sql("Quillon.mdb", "UPDATE Settings_General SET SnmpcDir = 'nms'");
+  EXPECT_EQ(Run("check {}").out, (home_ / "nms/Morvane.ini").string() +
+                                     " is missing; the service ends at once without it\n");
+}
+
+TEST_F(QuillondbCheck, SaysWhatTheSiteLacksWithoutEachWebFile) {
+  Run("create {}");
+  fs::remove(home_ / "WebReports/qws.css");
+  EXPECT_EQ(Run("check {}").out,
+            "WebReports/Language.ini: the file is missing, so every word of the pages shows as"
+            " \"n/a\"; copy the file from share/WebReports\n"
+            "WebReports/HelpText.txt: the file is missing, so the help is empty; copy the file"
+            " from share/WebReports\n"
+            "WebReports/Favicon.ico: the file is missing, so browsers show no icon; copy the file"
+            " from share/WebReports\n"
+            "WebReports/qws.css: the file is missing, so pages have no colours; choose a theme in"
+            " the operator's console\n");
+}
+
+TEST_F(QuillondbCheck, FindsMissingFilesAndFolders) {
+  const std::pair<const char*, const char*> kCases[] = {
+      {"History.mdb", "History.mdb: the file is missing"},
+      {"WebReports/Mail", "WebReports/Mail: the folder is missing"},
+      {"Debug", "Debug: the folder is missing"},
+      {"Morvane.ini", "Morvane.ini is missing"}};
+  for (const auto& [name, finding] : kCases) {
+    fs::remove_all(home_);
+    CreateWhole();
+    fs::remove(home_ / name);
+    const Outcome check = Run("check {}");
+    EXPECT_EQ(check.status, 1) << name;
+    EXPECT_NE(check.out.find(finding), std::string::npos) << check.out;
+  }
+}
+
+TEST_F(QuillondbCheck, FindsAFileThatIsNoDatabase) {
+  CreateWhole();
+  std::ofstream(home_ / "Reports.mdb") << "This has been a spreadsheet once, and a long one.";
+  const Outcome check = Run("check {}");
+  EXPECT_EQ(check.status, 1);
+  EXPECT_NE(check.out.find("Reports.mdb: file is not a database"), std::string::npos) << check.out;
+}
+
+TEST_F(QuillondbCheck, FindsADatabaseWithBrokenPages) {
+  CreateWithDemo();
+  std::fstream file(home_ / "Reports.mdb", std::ios::in | std::ios::out | std::ios::binary);
+  file.seekp(4 * 4096);
+  file << std::string(4 * 4096, 'x');
+  file.close();
+  const Outcome check = Run("check {}");
+  EXPECT_EQ(check.status, 1);
+  EXPECT_NE(check.out.find("Reports.mdb: "), std::string::npos) << check.out;
+}
+
+TEST_F(QuillondbCheck, FindsADatabaseThatOtherUsersCanRead) {
+  CreateWhole();
+  fs::permissions(home_ / "Quillon.mdb", fs::perms::group_read, fs::perm_options::add);
+  EXPECT_EQ(Run("check {}").out,
+            "Quillon.mdb: other users can reach the file; set its mode to 0600\n");
+}
+
+TEST_F(QuillondbCheck, TellsAllFindingsAtOnce) {
+  CreateWhole();
+  Sql("Reports.mdb", "DROP TABLE MAC; DROP TABLE VLAN");
+  fs::remove(home_ / "Debug");
+  EXPECT_EQ(Run("check {}").out,
+            "Reports.mdb: the table VLAN is missing\nReports.mdb: the table MAC is missing\n"
+            "Debug: the folder is missing\n");
+}
+
+}  // namespace
+}  // namespace quillon
