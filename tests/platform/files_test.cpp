@@ -2,41 +2,20 @@
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 
 #include "platform/failure.h"
+#include "support/file_size_limit.h"
 #include "support/installation.h"
 
 namespace quillon {
 namespace {
 
 using Names = std::vector<std::string>;
-
-// No file can grow beyond so many bytes as long as this object lives.
-class SmallDisk {
- public:
-  explicit SmallDisk(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &limit_);
-    const rlimit small{bytes, limit_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-  }
-  ~SmallDisk() {
-    setrlimit(RLIMIT_FSIZE, &limit_);
-    std::signal(SIGXFSZ, signal_);
-  }
-  SmallDisk(const SmallDisk&) = delete;
-  SmallDisk& operator=(const SmallDisk&) = delete;
-
- private:
-  rlimit limit_{};
-  void (*signal_)(int);
-};
 
 class FilesTest : public testing::Test {
  protected:
@@ -159,7 +138,7 @@ TEST_F(FilesTest, FailedReplacementLeavesTheOldFileOrNone) {
   for (const Case& row : cases) {
     Write("page.htm", "old");
     {
-      const SmallDisk disk(1000);
+      const FileSizeLimit disk(1000);
       EXPECT_THROW(ReplaceFile(Path("page.htm"), std::string(50'000, 'n'), row.onFailure),
                    FileFailure);
     }
@@ -170,7 +149,7 @@ TEST_F(FilesTest, FailedReplacementLeavesTheOldFileOrNone) {
 
 TEST_F(FilesTest, FailedFirstWriteLeavesNothing) {
   for (const OldFile onFailure : {OldFile::kStays, OldFile::kGoes}) {
-    const SmallDisk disk(1000);
+    const FileSizeLimit disk(1000);
     EXPECT_THROW(ReplaceFile(Path("page.htm"), std::string(50'000, 'n'), onFailure), FileFailure);
     EXPECT_EQ(List(), Names{});
   }
@@ -184,7 +163,7 @@ TEST_F(FilesTest, AppendMakesTheFileAndThenGrowsIt) {
 }
 
 TEST_F(FilesTest, FailedAppendIsAFailure) {
-  const SmallDisk disk(1000);
+  const FileSizeLimit disk(1000);
   EXPECT_THROW(AppendToFile(Path("events.txt"), std::string(50'000, 'n')), FileFailure);
 }
 

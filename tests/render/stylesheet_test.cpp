@@ -3,9 +3,7 @@
 #include "render/stylesheet.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -14,6 +12,7 @@
 #include <vector>
 
 #include "platform/files.h"
+#include "support/file_size_limit.h"
 #include "support/house.h"
 
 namespace quillon {
@@ -51,26 +50,6 @@ std::string ExpectedFile(const std::string& theme) {
   }
   return text;
 }
-
-// A disk without room for more than `bytes` in any file, until the end of the scope.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &oldLimit_);
-    const rlimit limit{bytes, oldLimit_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FullDisk() {
-    setrlimit(RLIMIT_FSIZE, &oldLimit_);
-    std::signal(SIGXFSZ, oldHandler_);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
- private:
-  void (*oldHandler_)(int);
-  rlimit oldLimit_{};
-};
 
 class Stylesheet : public testing::Test {
  protected:
@@ -133,7 +112,7 @@ TEST_F(Stylesheet, ReplacesALongerFile) {
 TEST_F(Stylesheet, OldFileStaysWhenTheNewOneCannotBeWritten) {
   CreateCss(house_.diagnostics, "Black");
   {
-    const FullDisk fullDisk(1000);
+    const FileSizeLimit fullDisk(1000);
     CreateCss(house_.diagnostics, "Gold");
   }
   ExpectOneFailure();

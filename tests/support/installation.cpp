@@ -1,34 +1,17 @@
 // Test installations in the temporary directory of the machine.
 #include "support/installation.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <stdexcept>
 
 #include "import/schema/creation.h"
+#include "support/sql_rows.h"
 
 namespace quillon {
-namespace {
-
-using Handle = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
-
-Handle OpenFile(const std::string& path) {
-  sqlite3* handle = nullptr;
-  if (sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
-    throw std::runtime_error("cannot open " + path);
-  }
-  sqlite3_busy_timeout(handle, 5000);
-  return {handle, sqlite3_close};
-}
-
-}  // namespace
-
 Installation::Installation() {
   std::string pattern = std::filesystem::temp_directory_path() / "quillon-test-XXXXXX";
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("cannot make " + pattern);
@@ -45,35 +28,17 @@ Installation::~Installation() {
 }
 
 void Installation::Sql(const std::string& file, const std::string& statements) const {
-  const Handle handle = OpenFile(path_ + "/" + file);
-  char* message = nullptr;
-  if (sqlite3_exec(handle.get(), statements.c_str(), nullptr, nullptr, &message) == SQLITE_OK) {
-    return;
-  }
-  const std::string text = message;
-  sqlite3_free(message);
-  throw std::runtime_error(file + ": " + text + " in: " + statements);
+  SqlRows(path_ + "/" + file, statements);
 }
 
 std::vector<std::string> Installation::Select(const std::string& file,
                                               const std::string& select) const {
-  const Handle handle = OpenFile(path_ + "/" + file);
-  std::vector<std::string> rows;
-  const auto addRow = [](void* data, int count, char** values, char**) {
-    std::string row;
-    for (int i = 0; i < count; ++i) {
-      row += (i == 0 ? "" : "|") + std::string(values[i] == nullptr ? "NULL" : values[i]);
-    }
-    static_cast<std::vector<std::string>*>(data)->push_back(row);
-    return 0;
-  };
-  char* message = nullptr;
-  if (sqlite3_exec(handle.get(), select.c_str(), addRow, &rows, &message) != SQLITE_OK) {
-    const std::string text = message;
-    sqlite3_free(message);
-    throw std::runtime_error(file + ": " + text);
+  std::vector<std::string> lines;
+  for (const SqlRow& row : SqlRows(path_ + "/" + file, select)) {
+    std::string& line = lines.emplace_back();
+    for (std::size_t i = 0; i < row.size(); ++i) line += (i == 0 ? "" : "|") + row[i];
   }
-  return rows;
+  return lines;
 }
 
 std::string Installation::Read(const std::string& relativePath) const {

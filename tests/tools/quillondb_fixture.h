@@ -3,7 +3,6 @@
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <stdlib.h>
 #include <sys/wait.h>
 
@@ -17,11 +16,13 @@
 #include <utility>
 #include <vector>
 
+#include "support/sql_rows.h"
+
 namespace quillon {
 
 namespace fs = std::filesystem;
 
-using Row = std::vector<std::string>;
+using Row = SqlRow;
 
 // While this lives, the process and those that it starts are in a zone in which it is mid-day
 // now, so that no test runs across midnight.
@@ -103,18 +104,7 @@ class Quillondb : public testing::Test {
 
   // All rows of one or more statements; a null reads as "NULL".
   std::vector<Row> Sql(const std::string& file, const std::string& sql) const {
-    sqlite3* database = nullptr;
-    EXPECT_EQ(sqlite3_open((home_ / file).c_str(), &database), SQLITE_OK);
-    std::vector<Row> rows;
-    const auto collect = [](void* result, int columns, char** values, char**) {
-      Row row;
-      for (int i = 0; i < columns; ++i) row.emplace_back(values[i] ? values[i] : "NULL");
-      static_cast<std::vector<Row>*>(result)->push_back(std::move(row));
-      return 0;
-    };
-    EXPECT_EQ(sqlite3_exec(database, sql.c_str(), collect, &rows, nullptr), SQLITE_OK) << sql;
-    sqlite3_close(database);
-    return rows;
+    return SqlRows((home_ / file).string(), sql);
   }
 
   std::string Text(const std::string& file, const std::string& sql) const {

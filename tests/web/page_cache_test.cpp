@@ -2,13 +2,12 @@
 #include "web/page_cache.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "support/file_size_limit.h"
 #include "support/house.h"
 
 namespace quillon {
@@ -41,24 +40,6 @@ std::string AllBytes() {
   for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
   return bytes;
 }
-
-// Files of this process cannot grow beyond the size while it lives.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t size) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{size, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-
- private:
-  void (*handler_)(int);
-  rlimit before_{};
-};
 
 class PageCache : public testing::Test {
  protected:

@@ -4,9 +4,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <stdlib.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -15,12 +13,15 @@
 #include <utility>
 #include <vector>
 
+#include "support/file_size_limit.h"
+#include "support/sql_rows.h"
+
 namespace quillon {
 namespace {
 
 namespace fs = std::filesystem;
 
-using Row = std::vector<std::string>;
+using Row = SqlRow;
 
 // A directory of its own with freshly created databases.
 class CreateDatabasesTest : public testing::Test {
@@ -35,20 +36,8 @@ class CreateDatabasesTest : public testing::Test {
 
   fs::path Path(const std::string& name) const { return directory_ / name; }
 
-  // All rows of a select; a null reads as "NULL".
   std::vector<Row> Select(const std::string& file, const std::string& sql) const {
-    sqlite3* database = nullptr;
-    EXPECT_EQ(sqlite3_open(Path(file).c_str(), &database), SQLITE_OK);
-    std::vector<Row> rows;
-    const auto collect = [](void* result, int columns, char** values, char**) {
-      Row row;
-      for (int i = 0; i < columns; ++i) row.emplace_back(values[i] ? values[i] : "NULL");
-      static_cast<std::vector<Row>*>(result)->push_back(std::move(row));
-      return 0;
-    };
-    EXPECT_EQ(sqlite3_exec(database, sql.c_str(), collect, &rows, nullptr), SQLITE_OK) << sql;
-    sqlite3_close(database);
-    return rows;
+    return SqlRows(Path(file).string(), sql);
   }
 
   std::string Value(const std::string& file, const std::string& sql) const {
@@ -302,27 +291,6 @@ TEST_F(CreateDatabasesTest, SaysWhichFileCannotBeWritten) {
   const std::string complaint = Complaint(directory_ / "missing");
   EXPECT_NE(complaint.find("missing/Quillon.mdb"), std::string::npos) << complaint;
 }
-
-// No file of this process grows beyond the limit while this lives.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    handler_ = std::signal(SIGXFSZ, SIG_IGN);
-  }
-  ~FileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit before_{};
-  void (*handler_)(int) = nullptr;
-};
 
 TEST_F(CreateDatabasesTest, LeavesNothingHalfMadeWhenTheLastFileCannotBeWritten) {
   std::string complaint;
