@@ -353,5 +353,15 @@ TEST_F(Top10Routes, APageOfDisksWithoutAVersionInItsRequestGivesUp) {
   EXPECT_TRUE(site.Events().empty());
 }
 
+TEST_F(Top10Routes, LettersOutsideTheCharsetDoNotSurviveTheTripThroughAFile) {
+  SeedPorts();
+  site.installation.Sql("Reports.mdb", "UPDATE VLAN SET IfAlias = 'B\xC3\xBCro \xD0\x96'");
+  const std::string url = PageName(kKinds[0], "involume");
+  const std::string built = site.Get(url);
+  EXPECT_NE(built.find("B\xFCro ?"), std::string::npos);
+  EXPECT_NE(Stored(url).find("B\xFCro ?"), std::string::npos);
+  EXPECT_EQ(site.Get(url), built);
+}
+
 }  // namespace
 }  // namespace quillon
