@@ -25,6 +25,7 @@ struct EventLoop::Implementation {
   asio::io_context io;
   asio::executor_work_guard<asio::io_context::executor_type> work = asio::make_work_guard(io);
   std::deque<asio::signal_set> signals;
+  std::function<void()> onTurn = [] {};
   bool quit = false;
 };
 
@@ -105,6 +106,7 @@ void EventLoop::Run() {
   try {
     while (!implementation_->quit) {
       OneEvent([this] { return implementation_->io.run_one(); });
+      implementation_->onTurn();
     }
   } catch (const LoopEnded&) {
     // A job was left at its wait; its files and rows are whole.
@@ -131,6 +133,7 @@ void EventLoop::DelayMs(std::int16_t milliseconds) {
   for (auto slice = slices; slice > 0; --slice) {
     clock_.Sleep(kSlice);
     Pump();
+    implementation_->onTurn();
     if (implementation_->quit) throw LoopEnded{};
   }
 }
@@ -143,6 +146,10 @@ std::unique_ptr<EventLoop::Timer> EventLoop::Every(std::chrono::milliseconds int
 void EventLoop::OnSignal(int signal, const std::function<void()>& handler) {
   asio::signal_set& set = implementation_->signals.emplace_back(implementation_->io, signal);
   WaitForSignal(set, handler);
+}
+
+void EventLoop::OnTurn(std::function<void()> handler) {
+  implementation_->onTurn = std::move(handler);
 }
 
 asio::io_context& EventLoop::io() {

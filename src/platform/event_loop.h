@@ -55,7 +55,11 @@ class EventLoop {
   // Calls the handler on each delivery of the signal, as an event.
   void OnSignal(int signal, const std::function<void()>& handler);
 
-  // For the listener, which lives on the same loop.
+  // Calls the handler whenever the loop has come round: after each event of Run and each slice
+  // of a wait. It stays silent while one event keeps the thread.
+  void OnTurn(std::function<void()> handler);
+
+  // For the sockets, which live on the same loop.
   asio::io_context& io();
 
  private:

@@ -145,6 +145,15 @@ void AppendToFile(const std::string& path, std::string_view bytes) {
   WriteAll(file.get(), bytes, path);
 }
 
+void MoveFile(const std::string& from, const std::string& to) {
+  if (PathExists(to)) throw FileFailure("cannot move to " + Shown(to) + ": it is there already");
+  if (rename(from.c_str(), to.c_str()) != 0) Fail("cannot move", from);
+}
+
+void DeleteFile(const std::string& path) {
+  if (unlink(path.c_str()) != 0) Fail("cannot delete", path);
+}
+
 void DeleteMatching(const std::string& folder, const std::string& pattern) {
   const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), closedir);
   if (!directory) return;
@@ -155,7 +164,7 @@ void DeleteMatching(const std::string& folder, const std::string& pattern) {
   }
   for (const std::string& name : names) {
     const std::string path = folder + "/" + name;
-    if (FileExists(path) && unlink(path.c_str()) != 0) Fail("cannot delete", path);
+    if (FileExists(path)) DeleteFile(path);
   }
 }
 

@@ -42,6 +42,12 @@ void ReplaceFile(const std::string& path, std::string_view bytes, OldFile onFail
 // Appends in one write. FileFailure where that is not possible.
 void AppendToFile(const std::string& path, std::string_view bytes);
 
+// Gives the file another name, which is free: FileFailure where there is such a file already.
+void MoveFile(const std::string& from, const std::string& to);
+
+// FileFailure where that is not possible.
+void DeleteFile(const std::string& path);
+
 // Deletes the ordinary files of `folder` whose names match the pattern, in which "*"
 // stands for any run of characters. A folder that is missing holds no such file.
 void DeleteMatching(const std::string& folder, const std::string& pattern);

@@ -1,0 +1,20 @@
+# Compiles text files in: writes OUTPUT, the definitions of the constants that HEADER declares.
+# With the SUFFIX "Sql", the file vlan_day.sql of FILES becomes the constant kVlanDaySql.
+set(source "// Generated from the files that ${HEADER} names.\n")
+string(APPEND source "#include \"${HEADER}\"\n\nnamespace quillon {\n")
+foreach(file IN LISTS FILES)
+  cmake_path(GET file STEM stem)
+  string(REGEX REPLACE "[_-]" ";" words ${stem})
+  set(name k)
+  foreach(word IN LISTS words)
+    string(SUBSTRING ${word} 0 1 initial)
+    string(SUBSTRING ${word} 1 -1 rest)
+    string(TOUPPER ${initial} initial)
+    string(APPEND name ${initial}${rest})
+  endforeach()
+  file(READ ${file} text)
+  string(APPEND source
+    "\nconstinit const std::string_view ${name}${SUFFIX} = R\"text(${text})text\";\n")
+endforeach()
+string(APPEND source "\n}  // namespace quillon\n")
+file(WRITE ${OUTPUT} "${source}")
