@@ -9,7 +9,6 @@
 #include <asio/ip/tcp.hpp>
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
-#include <cerrno>
 #include <deque>
 #include <map>
 #include <optional>
@@ -17,6 +16,7 @@
 #include <vector>
 
 #include "platform/failure.h"
+#include "platform/socket_errors.h"
 
 namespace quillon {
 namespace {
@@ -39,13 +39,6 @@ struct Connection {
 };
 
 using ConnectionPtr = std::shared_ptr<Connection>;
-
-SocketFailure MakeSocketFailure(const std::string& what, const asio::error_code& error) {
-  auto code = SocketFailure::Code::kOther;
-  if (error == asio::error::address_in_use) code = SocketFailure::Code::kAddressInUse;
-  if (error.value() == EADDRNOTAVAIL) code = SocketFailure::Code::kAddressNotAvailable;
-  return {code, what + ": " + error.message()};
-}
 
 // Sends what the socket takes now. True when nothing waits any more.
 bool WriteNow(Connection& connection, asio::error_code& error) {
@@ -152,17 +145,13 @@ std::int32_t Listener::Implementation::LocalPort() const {
 
 void Listener::Implementation::Open() {
   const std::string place = localHost_ + " port " + std::to_string(localPort_);
-  asio::error_code error;
-  const asio::ip::address address = asio::ip::make_address(localHost_, error);
-  if (error) {
-    throw SocketFailure(SocketFailure::Code::kAddressNotAvailable,
-                        "not an IP address: \"" + localHost_ + "\"");
-  }
+  const asio::ip::address address = AddressToBind(localHost_);
   if (localPort_ < 0 || localPort_ > 65535) {
     throw SocketFailure(SocketFailure::Code::kOther,
                         "not a TCP port: " + std::to_string(localPort_));
   }
   const tcp::endpoint endpoint(address, static_cast<unsigned short>(localPort_));
+  asio::error_code error;
   acceptor_.open(endpoint.protocol(), error);
   if (!error) acceptor_.set_option(tcp::acceptor::reuse_address(true), error);
   if (!error) acceptor_.bind(endpoint, error);

@@ -11,6 +11,15 @@
 namespace quillon {
 namespace {
 
+// In UTF-8, a byte behind the first one of its character.
+bool ContinuesCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+bool IsUtf8(const std::string& charSet) {
+  return strcasecmp(charSet.c_str(), "UTF-8") == 0;
+}
+
 // An open conversion that closes itself.
 class Conversion {
  public:
@@ -63,7 +72,7 @@ class Conversion {
     do {
       ++next;
       --left;
-    } while (utf8 && left > 0 && (static_cast<unsigned char>(*next) & 0xC0) == 0x80);
+    } while (utf8 && left > 0 && ContinuesCharacter(*next));
   }
 
   iconv_t descriptor_;
@@ -77,7 +86,7 @@ bool IsPlainAscii(std::string_view text) {
 }
 
 bool NeedsNoConversion(std::string_view text, const std::string& charSet) {
-  return charSet.empty() || strcasecmp(charSet.c_str(), "UTF-8") == 0 || IsPlainAscii(text);
+  return charSet.empty() || IsUtf8(charSet) || IsPlainAscii(text);
 }
 
 }  // namespace
@@ -92,6 +101,18 @@ std::string DatabaseText(std::string_view bytes, const std::string& charSet) {
   if (NeedsNoConversion(bytes, charSet)) return std::string(bytes);
   Conversion conversion("UTF-8", charSet.c_str());
   return conversion.known() ? conversion.Run(bytes, false) : std::string(bytes);
+}
+
+std::string_view FirstCharacters(std::string_view text, std::size_t count,
+                                 const std::string& charSet) {
+  if (!IsUtf8(charSet)) return text.substr(0, count);
+  std::size_t end = 0;
+  for (; count > 0 && end < text.size(); --count) {
+    do {
+      ++end;
+    } while (end < text.size() && ContinuesCharacter(text[end]));
+  }
+  return text.substr(0, end);
 }
 
 struct LoadedCharset::Conversions {

@@ -16,6 +16,10 @@ std::string PageText(std::string_view utf8, const std::string& charSet);
 // A request's bytes as database text; a byte that is no text of the charset becomes "?".
 std::string DatabaseText(std::string_view bytes, const std::string& charSet);
 
+// The first `count` characters of a text in the charset; those of UTF-8 have several bytes.
+std::string_view FirstCharacters(std::string_view text, std::size_t count,
+                                 const std::string& charSet);
+
 // Keeps the conversions of a charset loaded while it lives. The C library has them in files
 // of its own: without this, each name beyond ASCII would open one, in the middle of a page.
 class LoadedCharset {
