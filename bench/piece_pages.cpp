@@ -5,9 +5,9 @@
 #include <string>
 
 #include "platform/clock.h"
-#include "platform/event_loop.h"
 #include "render/page_frame.h"
 #include "render/switch_tables.h"
+#include "support/reporting.h"
 
 namespace {
 
@@ -59,13 +59,12 @@ class FullTable {
   }
 
   SystemClock clock_;
-  EventLoop loop_{clock_};
   Settings settings_;
   LangWords words_;
   ReportPeriod period_;
   ReportRecords records_;
-  Diagnostics diagnostics_{settings_, clock_, loop_};
-  RenderContext context_{diagnostics_, settings_, words_, period_, records_};
+  Reporting reporting_{settings_, clock_};
+  RenderContext context_{reporting_.diagnostics(), settings_, words_, period_, records_};
 };
 
 void PageFrame(benchmark::State& state) {

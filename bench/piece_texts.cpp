@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "platform/clock.h"
-#include "platform/event_loop.h"
 #include "platform/like_pattern.h"
 #include "platform/number_text.h"
 #include "render/value_scaling.h"
+#include "support/reporting.h"
 
 namespace {
 
@@ -17,12 +17,11 @@ using namespace quillon;
 
 void ConvertVolume(benchmark::State& state, bool longForm) {
   SystemClock clock;
-  EventLoop loop(clock);
   const Settings settings;
-  const Diagnostics diagnostics{settings, clock, loop};
+  const Reporting reporting(settings, clock);
   for (auto _ : state) {
     std::string value = "1234567";
-    ConvHCBytes(diagnostics, value, longForm);
+    ConvHCBytes(reporting.diagnostics(), value, longForm);
     benchmark::DoNotOptimize(value);
   }
 }

@@ -11,8 +11,8 @@
 #include <string>
 
 #include "platform/clock.h"
-#include "platform/event_loop.h"
 #include "queries/switch_top10.h"
+#include "support/reporting.h"
 
 namespace {
 
@@ -41,13 +41,12 @@ class Query {
 
  private:
   SystemClock clock_;
-  EventLoop loop_{clock_};
   Settings settings_;
   LangWords words_;
   ReportPeriod period_;
   ReportRecords records_;
-  Diagnostics diagnostics_{settings_, clock_, loop_};
-  QueryContext context_{diagnostics_, settings_, clock_, words_, period_, records_};
+  Reporting reporting_{settings_, clock_};
+  QueryContext context_{reporting_.diagnostics(), settings_, clock_, words_, period_, records_};
 };
 
 }  // namespace

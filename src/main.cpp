@@ -3,7 +3,7 @@
 #include <string>
 
 #include "platform/clock.h"
-#include "service/lifecycle.h"
+#include "service/form_load.h"
 #include "web/connections.h"
 
 namespace {
@@ -29,18 +29,26 @@ int main(int argumentCount, char** arguments) {
   ReportRecords records;
   std::string favIconData;
 
-  const Diagnostics diagnostics{settings, clock, loop};
+  Listener tcpServer(loop);
+  UdpAgent snmpAgent(loop);
+  TrapTarget trapTarget;
+  const Diagnostics diagnostics{settings, clock, loop, tcpServer, snmpAgent, trapTarget};
+
   RenderContext render{diagnostics, settings, words, period, records};
   QueryContext queries{diagnostics, settings, clock, words, period, records};
 
-  Listener tcpServer(loop);
   PageMemory pageMemory;
   WebContext web{diagnostics, settings, clock,      tcpServer,  render,
                  queries,     records,  pageMemory, favIconData};
   WebServer webServer(web);
   tcpServer.SetEvents(webServer);
 
-  ServiceContext service{diagnostics, settings, clock, loop, tcpServer, words, favIconData};
+  // The day's work is not built yet: a pass imports nothing, so nothing follows it.
+  const DailyJobs jobs{[](bool&) {}, [] {}, [] {}};
+  ServiceHost dartSvc(loop, clock);
+  const ServiceRegistry registry;
+  ServiceContext service{diagnostics, settings,  trapTarget, clock, loop,        dartSvc,
+                         registry,    tcpServer, snmpAgent,  words, favIconData, jobs};
   try {
     return Form_Load(service, CommandLine(argumentCount, arguments));
   } catch (const LoopEnded&) {

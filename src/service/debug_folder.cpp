@@ -1,7 +1,12 @@
-// The cleaner of the debug folder.
+// The cleaners of the debug folder.
 #include "service/debug_folder.h"
 
+#include <string>
+
+#include "platform/date_time.h"
+#include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/text_lines.h"
 #include "service/error_exit.h"
 
 namespace quillon {
@@ -18,6 +23,29 @@ constexpr const char* kDebugFiles[] = {
     "~new*",  // what a kill left of a file that was being written
 };
 
+constexpr std::chrono::days kEventAge{60};  // events of so long ago go
+constexpr std::size_t kDateLength = 10;     // "YYYY-MM-DD", with which a line begins
+
+bool IsYoung(std::string_view line, DateTime today) {
+  const std::string_view date = line.substr(0, kDateLength);
+  const auto day = ParseDateTime(date);
+  if (!day) {
+    throw ConversionFailure("a line of AppEventWeb.bak begins with no date: \"" +
+                            std::string(date) + "\"");
+  }
+  return today - *day < kEventAge;
+}
+
+// Appends the lines of `old` that stay to `kept`, up to one that cannot be judged.
+void KeepYoungLines(std::string_view old, DateTime today, std::string& kept) {
+  while (!old.empty()) {
+    const std::string_view line = TakeLine(old);
+    if (line.size() <= kDateLength || !IsYoung(line, today)) continue;
+    kept += line;
+    kept += kLineEnd;
+  }
+}
+
 }  // namespace
 
 void ClearDebugDir(const Diagnostics& diagnostics) {
@@ -25,6 +53,25 @@ void ClearDebugDir(const Diagnostics& diagnostics) {
     for (const char* pattern : kDebugFiles) {
       DeleteMatching(PathBelow(diagnostics.settings, "\\Debug"), pattern);
     }
+  });
+}
+
+void ClearDebugDir_AEW(const Diagnostics& diagnostics) {
+  ErrorExit(diagnostics, "modQuillonWeb", "ClearDebugDir_AEW", [&] {
+    const std::string events = PathBelow(diagnostics.settings, "\\Debug\\AppEventWeb.txt");
+    const std::string old = PathBelow(diagnostics.settings, "\\Debug\\AppEventWeb.bak");
+    if (!FileExists(events)) return;
+    MoveFile(events, old);
+    const auto today = std::chrono::floor<std::chrono::days>(diagnostics.clock.Now());
+    std::string kept;
+    try {
+      KeepYoungLines(ReadFileBytes(old), today, kept);
+    } catch (const ConversionFailure&) {
+      ReplaceFile(events, kept, OldFile::kStays);  // what was copied before the failing line
+      throw;
+    }
+    ReplaceFile(events, kept, OldFile::kStays);
+    DeleteFile(old);
   });
 }
 

@@ -1,16 +1,17 @@
-// The event file and the time stamp of the logs.
+// The event file, the event's trap, and the time stamp of the logs.
 #include "service/diagnostics.h"
 
 #include <fmt/format.h>
 
 #include "platform/files.h"
+#include "service/event_trap.h"
 
 namespace quillon {
 namespace {
 
 constexpr std::int16_t kEventWaitMs = 500;  // keeps bursts of failures apart
 
-// Descriptions come from many sources; the event file has one line an event.
+// Descriptions come from many sources; an event is one line, in the file and in the trap.
 std::string OneLine(std::string_view text) {
   std::string line(text);
   for (char& character : line) {
@@ -25,11 +26,13 @@ void AppEvent(const Diagnostics& diagnostics, std::string_view module, std::stri
               std::string_view text, EventType type) {
   if (diagnostics.settings.AppPath.empty()) return;  // no folder is known yet
   try {
-    const std::string line =
-        fmt::format("{}\t{}\t{}_{}\t{}{}", DateTimeText(diagnostics.clock.Now()),
-                    static_cast<int>(type), module, procedure, OneLine(text), kLineEnd);
-    AppendToFile(PathBelow(diagnostics.settings, "\\Debug\\AppEventWeb.txt"), line);
+    const std::string line = OneLine(text);
+    AppendToFile(PathBelow(diagnostics.settings, "\\Debug\\AppEventWeb.txt"),
+                 fmt::format("{}\t{}\t{}_{}\t{}{}", DateTimeText(diagnostics.clock.Now()),
+                             static_cast<int>(type), module, procedure, line, kLineEnd));
     diagnostics.loop.DelayMs(kEventWaitMs);
+    if (!diagnostics.settings.SendAppEvents || !diagnostics.trapTarget.SnmpAgentOpen) return;
+    SendEventTrap(diagnostics, module, procedure, line, static_cast<int>(type));
   } catch (const std::exception&) {
     // The event path is the last resort: what fails here has nowhere to go.
   }

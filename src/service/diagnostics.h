@@ -5,25 +5,17 @@
 #include <string>
 #include <string_view>
 
-#include "platform/clock.h"
-#include "platform/event_loop.h"
-#include "service/settings.h"
+#include "service/diagnostics_context.h"
 
 namespace quillon {
 
 // What an application event is about; the number stands in the event file.
 enum class EventType { kFailure = 1, kFailedMail = 2, kNotice = 3 };
 
-// All that application events touch.
-struct Diagnostics {
-  const Settings& settings;
-  Clock& clock;
-  EventLoop& loop;
-};
-
-// Appends one line to \Debug\AppEventWeb.txt, whatever DebugMode says, and waits 500 ms.
-// Events may run inside that wait. Never throws but LoopEnded: a failure of its own
-// ends it silently, so without a Debug folder there is neither line nor wait.
+// Appends one line to \Debug\AppEventWeb.txt, whatever DebugMode says, waits 500 ms, and sends
+// a trap where SendAppEvents is on and the agent is open. Events may run inside the wait. Never
+// throws but LoopEnded: a failure of its own ends it silently, so without a Debug folder there
+// is neither line nor wait nor trap.
 void AppEvent(const Diagnostics& diagnostics, std::string_view module, std::string_view procedure,
               std::string_view text, EventType type);
 

@@ -28,6 +28,11 @@ struct Settings {
   // Charset of all page text; read when the listener opens.
   std::string CharSet;
 
+  // Traps on or off; read when the agent opens and at each hourly pass.
+  bool SendAppEvents = false;
+  // Community of the traps, in UTF-8; read when the agent opens.
+  std::string TrapComm;
+
   // Address and trap port of the management server; read from Morvane.ini at the start.
   std::string ServerIpAddr = "127.0.0.1";
   std::int16_t ServerTrapPort = 162;

@@ -1,5 +1,5 @@
 // The service's objects around a test installation and a clock that is set by hand:
-// what main.cpp builds, without sockets.
+// what main.cpp builds, without open sockets.
 #pragma once
 
 #include <string>
@@ -10,6 +10,7 @@
 #include "render/render_context.h"
 #include "service/diagnostics.h"
 #include "support/installation.h"
+#include "support/recording_agent.h"
 #include "support/test_clock.h"
 
 namespace quillon {
@@ -43,7 +44,10 @@ class House {
   LangWords words;
   ReportPeriod period;
   ReportRecords records;
-  Diagnostics diagnostics{settings, clock, loop};
+  Listener tcpServer{loop};
+  RecordingAgent snmpAgent;
+  TrapTarget trapTarget;
+  Diagnostics diagnostics{settings, clock, loop, tcpServer, snmpAgent, trapTarget};
   RenderContext render{diagnostics, settings, words, period, records};
   QueryContext queries{diagnostics, settings, clock, words, period, records};
 

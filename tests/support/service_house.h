@@ -1,11 +1,13 @@
 // The life of the service around a test installation: settings rows, a listener on a free
-// port, and a clock that is set by hand.
+// port, an agent that keeps its traps, jobs that only note their call, and a clock that is
+// set by hand.
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "platform/listener.h"
 #include "service/lifecycle.h"
+#include "service/timer.h"
 #include "support/house.h"
 
 namespace quillon {
@@ -24,17 +26,36 @@ class ServiceHouse : public House {
   void SetWebServer(const std::string& field, const std::string& value) const {
     Set("Settings_WebServer", field, value);
   }
+  void SetSnmpAgent(const std::string& field, const std::string& value) const {
+    Set("Settings_SnmpAgent", field, value);
+  }
   std::string WebServer(const std::string& field) const {
-    return installation.Select("Quillon.mdb", "SELECT " + field + " FROM Settings_WebServer")[0];
+    return Setting("Settings_WebServer", field);
+  }
+  std::string SnmpAgent(const std::string& field) const {
+    return Setting("Settings_SnmpAgent", field);
   }
 
   std::string favIconData;
-  Listener tcpServer{loop};
-  ServiceContext service{diagnostics, settings, clock, loop, tcpServer, words, favIconData};
+  bool importIsDue = false;           // what Import answers
+  std::vector<std::string> jobCalls;  // the names of the jobs, in the order of their calls
+  DailyJobs jobs{[this](bool& done) {
+                   jobCalls.emplace_back("Import");
+                   if (importIsDue) done = true;
+                 },
+                 [this] { jobCalls.emplace_back("AutoCreate"); },
+                 [this] { jobCalls.emplace_back("MailReports"); }};
+  ServiceHost dartSvc{loop, clock};
+  ServiceRegistry registry{installation.path()};  // units of a test go nowhere else
+  ServiceContext service{diagnostics, settings,  trapTarget, clock, loop,        dartSvc,
+                         registry,    tcpServer, snmpAgent,  words, favIconData, jobs};
 
  private:
   void Set(const std::string& table, const std::string& field, const std::string& value) const {
     installation.Sql("Quillon.mdb", "UPDATE " + table + " SET " + field + " = '" + value + "'");
+  }
+  std::string Setting(const std::string& table, const std::string& field) const {
+    return installation.Select("Quillon.mdb", "SELECT " + field + " FROM " + table)[0];
   }
 };
 

@@ -55,7 +55,6 @@ class Site : public House {
   void Settle();
 
   std::string favIconData;
-  Listener tcpServer{loop};
   PageMemory pageMemory;
   WebContext web{diagnostics, settings, clock,      tcpServer,  render,
                  queries,     records,  pageMemory, favIconData};

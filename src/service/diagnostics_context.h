@@ -1,0 +1,22 @@
+// All that application events touch.
+#pragma once
+
+#include "platform/agent.h"
+#include "platform/clock.h"
+#include "platform/event_loop.h"
+#include "platform/listener.h"
+#include "service/settings.h"
+#include "service/trap_target.h"
+
+namespace quillon {
+
+struct Diagnostics {
+  const Settings& settings;
+  Clock& clock;
+  EventLoop& loop;
+  const Listener& tcpServer;  // whose address a trap names
+  Agent& snmpAgent;
+  const TrapTarget& trapTarget;
+};
+
+}  // namespace quillon
