@@ -40,6 +40,7 @@ std::string Joined(const std::vector<std::string>& words) {
 
 void RunProgram(const std::vector<std::string>& programAndArguments) {
   std::vector<char*> arguments;
+  arguments.reserve(programAndArguments.size() + 1);
   for (const std::string& word : programAndArguments) {
     arguments.push_back(const_cast<char*>(word.c_str()));  // the call takes them so, and reads only
   }

@@ -8,7 +8,7 @@ namespace quillon {
 
 asio::ip::address AddressToBind(const std::string& text) {
   asio::error_code error;
-  const asio::ip::address address = asio::ip::make_address(text.c_str(), error);
+  asio::ip::address address = asio::ip::make_address(text.c_str(), error);
   const bool endsAtNul = text.find('\0') != std::string::npos;
   if (!error && !endsAtNul) return address;
   throw SocketFailure(SocketFailure::Code::kAddressNotAvailable,

@@ -16,7 +16,7 @@ std::string Open(ServiceContext& context, const SettingsRow& row) {
   TrapTarget& target = context.trapTarget;
   context.snmpAgent.OpenAgent(kAnyPort, settings.ServerIpAddr);
   context.loop.DelayMs(kAfterOpeningMs);
-  const std::string status =
+  std::string status =
       StartedStatus(context, "SNMP Agent Started", context.snmpAgent.LocalAddress(),
                     context.snmpAgent.LocalPort());
   settings.SendAppEvents = row.Field("SendAppEvents").AsBoolean();
