@@ -69,7 +69,10 @@ void ServiceHost::Tell(const std::string& notice) {
   try {
     notices_.Send(notice);
   } catch (const SocketFailure& failure) {
-    if (events_.Error) events_.Error(static_cast<int>(failure.code()), failure.what());
+    if (!events_.Error) return;
+    loop_.Post([this, code = static_cast<int>(failure.code()), text = std::string(failure.what())] {
+      events_.Error(code, text);
+    });
   }
 }
 

@@ -10,11 +10,12 @@ namespace quillon {
 
 class ServiceNotices {
  public:
-  // Takes NOTIFY_SOCKET, WATCHDOG_USEC and WATCHDOG_PID out of the environment.
+  // Reads NOTIFY_SOCKET, WATCHDOG_USEC and WATCHDOG_PID of the environment.
   ServiceNotices();
 
   // Sends the notice, "READY=1" say; lines part several. Nothing without a socket, as in a
-  // terminal. SocketFailure where it cannot be sent.
+  // terminal. SocketFailure where it cannot be sent at
+  // once.
   void Send(std::string_view notice) const;
 
   // How long the service manager waits for a sign of life before it ends the process; nothing

@@ -105,7 +105,7 @@ std::string DatabaseText(std::string_view bytes, const std::string& charSet) {
 
 std::string_view FirstCharacters(std::string_view text, std::size_t count,
                                  const std::string& charSet) {
-  if (!IsUtf8(charSet)) return text.substr(0, count);
+  if (!charSet.empty() && !IsUtf8(charSet)) return text.substr(0, count);
   std::size_t end = 0;
   for (; count > 0 && end < text.size(); --count) {
     do {

@@ -97,7 +97,8 @@ std::string Identifier(const std::string& identifier) {
 
 std::string IpAddress(const std::string& text) {
   in_addr address{};  // 0.0.0.0, as it stays for what is no IPv4 address
-  inet_pton(AF_INET, text.c_str(), &address);
+  const bool endsAtNul = text.find('\0') != std::string::npos;
+  if (!endsAtNul) inet_pton(AF_INET, text.c_str(), &address);
   return Element(Tag::kIpAddress,
                  std::string_view(reinterpret_cast<const char*>(&address), sizeof address));
 }

@@ -184,6 +184,62 @@ TEST_F(EventLoopTest, SignalArrivesAsAnEventEachTime) {
   }
 }
 
+TEST_F(EventLoopTest, TurnIsToldAfterEachEventOfRun) {
+  loop.OnTurn([this] { Log("turn"); });
+  for (const char* name : {"a", "b", "c"}) loop.Post([this, name] { Log(name); });
+  loop.Post([this] { loop.Quit(); });
+  EXPECT_TRUE(log.empty());
+  loop.Run();
+  ASSERT_GE(log.size(), 6u);
+  log.resize(6);  // the loop may still come round after the event that ended it
+  EXPECT_EQ(log, (std::vector<std::string>{"a", "turn", "b", "turn", "c", "turn"}));
+}
+
+TEST_F(EventLoopTest, TurnIsToldAfterEachSliceOfAWait) {
+  struct Case {
+    int wait;
+    int turns;
+  };
+  const Case cases[] = {{9, 0}, {10, 1}, {19, 1}, {50, 5}, {-10, 0}};
+  int turns = 0;
+  loop.OnTurn([&] { ++turns; });
+  for (const Case& row : cases) {
+    turns = 0;
+    loop.DelayMs(static_cast<std::int16_t>(row.wait));
+    EXPECT_EQ(turns, row.turns) << row.wait;
+  }
+}
+
+TEST_F(EventLoopTest, TurnIsToldBehindTheEventsOfItsSlice) {
+  loop.OnTurn([this] { Log("turn"); });
+  loop.Post([this] { Log("a"); });
+  loop.Post([this] { Log("b"); });
+  loop.DelayMs(20);
+  EXPECT_EQ(log, (std::vector<std::string>{"a", "b", "turn", "turn"}));
+}
+
+TEST_F(EventLoopTest, TurnIsToldInTheWaitOfANestedEvent) {
+  loop.OnTurn([this] { Log("turn"); });
+  PostWaiting("inner", 20);
+  loop.DelayMs(10);
+  EXPECT_EQ(log, (std::vector<std::string>{"inner begins", "turn", "turn", "inner ends", "turn"}));
+}
+
+TEST_F(EventLoopTest, TurnIsSilentWhileOneEventKeepsTheThread) {
+  int turns = 0;
+  int turnsInTheEvent = 99;
+  loop.OnTurn([&] { ++turns; });
+  loop.Post([&] {
+    const int before = turns;
+    clock.Advance(std::chrono::hours(1));
+    std::this_thread::sleep_for(milliseconds(50));
+    turnsInTheEvent = turns - before;
+    loop.Quit();
+  });
+  loop.Run();
+  EXPECT_EQ(turnsInTheEvent, 0);
+}
+
 // Timers follow the real time.
 class TimerTest : public testing::Test {
  protected:
@@ -237,6 +293,16 @@ TEST_F(TimerTest, TicksInsideAWait) {
     loop.Quit();
   });
   loop.Run();
+}
+
+TEST_F(TimerTest, TickBringsTheLoopRound) {
+  int turns = 0;
+  loop.OnTurn([&] { ++turns; });
+  const auto timer = loop.Every(milliseconds(5), [&] {
+    if (++ticks == 4) loop.Quit();
+  });
+  loop.Run();
+  EXPECT_GE(turns, 3);
 }
 
 TEST_F(TimerTest, MayEndItselfInItsTick) {

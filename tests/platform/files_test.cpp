@@ -101,6 +101,10 @@ TEST_F(FilesTest, MissingFileAndFolderFailWithTheirName) {
       [&] { ReplaceFile(Path("missing.htm/page"), "x", OldFile::kStays); },
       [&] { ReplaceFile(Path("missing.htm/page"), "x", OldFile::kGoes); },
       [&] { TouchFile(Path("missing.htm/page")); },
+      [&] { MoveFile(Path("missing.htm"), Path("other.htm")); },
+      [&] { MoveFile(Path("missing.htm/page"), Path("other.htm")); },
+      [&] { DeleteFile(Path("missing.htm")); },
+      [&] { DeleteFile(Path("missing.htm/page")); },
   };
   for (const auto& action : actions) {
     try {
@@ -173,6 +177,48 @@ TEST_F(FilesTest, TouchMakesAnEmptyFileAndKeepsAnother) {
   Write("old.htm", "content");
   TouchFile(Path("old.htm"));
   EXPECT_EQ(ReadFileBytes(Path("old.htm")), "content");
+}
+
+TEST_F(FilesTest, MoveGivesTheFileItsNewName) {
+  const std::string bytes("event\r\n\0\xFF", 9);
+  Write("AppEventWeb.txt", bytes);
+  MoveFile(Path("AppEventWeb.txt"), Path("AppEventWeb.bak"));
+  EXPECT_EQ(List(), Names{"AppEventWeb.bak"});
+  EXPECT_EQ(ReadFileBytes(Path("AppEventWeb.bak")), bytes);
+}
+
+TEST_F(FilesTest, MoveToANameThatIsTakenFailsAndLeavesBothFiles) {
+  Write("AppEventWeb.txt", "new");
+  for (const std::string old : {"old", ""}) {
+    Write("AppEventWeb.bak", old);
+    EXPECT_THROW(MoveFile(Path("AppEventWeb.txt"), Path("AppEventWeb.bak")), FileFailure);
+    EXPECT_EQ(ReadFileBytes(Path("AppEventWeb.txt")), "new");
+    EXPECT_EQ(ReadFileBytes(Path("AppEventWeb.bak")), old);
+  }
+}
+
+TEST_F(FilesTest, MoveOntoAFolderOrIntoOneThatIsMissingLeavesTheFile) {
+  Write("AppEventWeb.txt", "event");
+  std::filesystem::create_directory(Path("subfolder"));
+  for (const std::string target : {"subfolder", "missing/AppEventWeb.bak"}) {
+    EXPECT_THROW(MoveFile(Path("AppEventWeb.txt"), Path(target)), FileFailure) << target;
+    EXPECT_EQ(List(), (Names{"AppEventWeb.txt", "subfolder"})) << target;
+    EXPECT_EQ(ReadFileBytes(Path("AppEventWeb.txt")), "event") << target;
+  }
+}
+
+TEST_F(FilesTest, DeleteTakesThatFileAlone) {
+  for (const char* name : {"AppEventWeb.bak", "AppEventWeb.txt", "*"}) Write(name, "event");
+  DeleteFile(Path("AppEventWeb.bak"));
+  EXPECT_EQ(List(), (Names{"*", "AppEventWeb.txt"}));
+  DeleteFile(Path("*"));
+  EXPECT_EQ(List(), Names{"AppEventWeb.txt"});
+}
+
+TEST_F(FilesTest, FolderIsNoFileToDelete) {
+  std::filesystem::create_directory(Path("subfolder"));
+  EXPECT_THROW(DeleteFile(Path("subfolder")), FileFailure);
+  EXPECT_EQ(List(), Names{"subfolder"});
 }
 
 TEST_F(FilesTest, DeleteMatchingTakesTheNamesOfThePattern) {

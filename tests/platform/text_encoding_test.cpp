@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <string>
 
 namespace quillon {
@@ -101,6 +102,49 @@ TEST(TextEncoding, Utf8IsKnownInAnyCase) {
   for (const std::string name : {"UTF-8", "utf-8", "Utf-8"}) {
     EXPECT_EQ(PageText("\xC3\xBC\xFF", name), "\xC3\xBC\xFF") << name;
     EXPECT_EQ(DatabaseText("\xC3\xBC\xFF", name), "\xC3\xBC\xFF") << name;
+  }
+}
+
+TEST(TextEncoding, FirstCharactersAreBytesInACharsetOfOneByteEach) {
+  struct Case {
+    std::size_t count;
+    std::string first;
+  };
+  const Case cases[] = {{0, ""},       {1, "Z"},         {2, "Z\xFC"},
+                        {3, "Z\xFCr"}, {6, "Z\xFCrich"}, {240, "Z\xFCrich"}};
+  for (const std::string charSet : {"ISO-8859-1", "ISO-8859-5", "windows-1252"}) {
+    for (const Case& row : cases) {
+      EXPECT_EQ(FirstCharacters("Z\xFCrich", row.count, charSet), row.first) << row.count;
+    }
+  }
+}
+
+TEST(TextEncoding, FirstCharactersOfUtf8AreWhole) {
+  const std::string text = "a\u00FC\u65E5\U0001F600z";  // of 1, 2, 3, 4 and 1 bytes
+  const std::size_t lengths[] = {0, 1, 3, 6, 10, 11, 11, 11};
+  for (const std::string charSet : {"UTF-8", "utf-8", ""}) {
+    for (std::size_t count = 0; count < std::size(lengths); ++count) {
+      EXPECT_EQ(FirstCharacters(text, count, charSet), text.substr(0, lengths[count])) << count;
+    }
+  }
+}
+
+TEST(TextEncoding, FirstCharactersTakeEveryByteAsItIs) {
+  EXPECT_EQ(FirstCharacters("a\0b\r\n"s, 4, "ISO-8859-1"), "a\0b\r"s);
+  EXPECT_EQ(FirstCharacters("a\0b\r\n"s, 4, "UTF-8"), "a\0b\r"s);
+  EXPECT_EQ(FirstCharacters("", 3, "UTF-8"), "");
+}
+
+// What is no UTF-8 is counted somehow, but nothing is added and nothing behind it is read.
+TEST(TextEncoding, FirstCharactersOfBrokenUtf8AreABeginningOfIt) {
+  const std::string texts[] = {"ab\xE6\x97", "\x80\x80\x80\x80", "\xFF\xFE",
+                               "a\xC3",      "\xF0\x9F\x98",     "\xC3(z"};
+  for (const std::string& text : texts) {
+    for (std::size_t count = 0; count <= text.size() + 2; ++count) {
+      const std::string_view first = FirstCharacters(text, count, "UTF-8");
+      EXPECT_TRUE(text.starts_with(first)) << testing::PrintToString(text) << count;
+    }
+    EXPECT_EQ(FirstCharacters(text, text.size(), "UTF-8"), text) << testing::PrintToString(text);
   }
 }
 
