@@ -87,7 +87,7 @@ double Value::AsNumber() const {
     case Type::kSingle:
       return real_;
     case Type::kBoolean:
-      return integer_ != 0 ? -1 : 0;  // as True is stored by the original engine
+      return integer_ != 0 ? -1 : 0;  // True counts as -1 in arithmetic
     case Type::kText:
       if (const auto number = ParseNumber(text_)) return *number;
       break;

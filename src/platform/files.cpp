@@ -13,11 +13,13 @@
 #include <vector>
 
 #include "platform/failure.h"
+#include "platform/text_lines.h"
 
 namespace quillon {
 namespace {
 
 constexpr mode_t kFileMode = 0644;
+constexpr std::size_t kPiece = std::size_t{64} * 1024;  // of a file that is read line by line
 
 // A name as failures quote it. Names come out of URLs and can be as long as those.
 std::string Shown(std::string_view name) {
@@ -50,6 +52,22 @@ bool IsPlainName(std::string_view name) {
   constexpr std::string_view kForbidden("/\\\0", 3);
   return !name.empty() && name != "." && name != ".." &&
          name.find_first_of(kForbidden) == std::string_view::npos;
+}
+
+// Up to `size` bytes; 0 at the end of the file.
+std::size_t ReadSome(int descriptor, char* bytes, std::size_t size, const std::string& path) {
+  while (true) {
+    const ssize_t count = read(descriptor, bytes, size);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno != EINTR) Fail("cannot read", path);
+  }
+}
+
+// Whether the text holds its first line whole: behind a CR an LF may follow.
+bool BeginsWithLine(std::string_view text, bool isRestOfFile) {
+  if (isRestOfFile) return !text.empty();
+  const std::size_t end = text.find_first_of("\r\n");
+  return end != std::string_view::npos && end + 1 < text.size();
 }
 
 void WriteAll(int descriptor, std::string_view bytes, const std::string& path) {
@@ -109,14 +127,29 @@ std::string ReadFileBytes(const std::string& path) {
   std::string bytes(static_cast<std::size_t>(status.st_size), ' ');
   std::size_t filled = 0;
   while (filled < bytes.size()) {
-    const ssize_t count = read(file.get(), bytes.data() + filled, bytes.size() - filled);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) Fail("cannot read", path);
+    const std::size_t count =
+        ReadSome(file.get(), bytes.data() + filled, bytes.size() - filled, path);
     if (count == 0) break;
-    filled += static_cast<std::size_t>(count);
+    filled += count;
   }
   bytes.resize(filled);
   return bytes;
+}
+
+void ReadLines(const std::string& path, const std::function<void(std::string_view line)>& handler) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (file.get() < 0) Fail("cannot open", path);
+  std::string pending;
+  std::string piece(kPiece, ' ');
+  bool atEnd = false;
+  while (!atEnd) {
+    const std::size_t count = ReadSome(file.get(), piece.data(), piece.size(), path);
+    atEnd = count == 0;
+    pending.append(piece, 0, count);
+    std::string_view rest = pending;
+    while (BeginsWithLine(rest, atEnd)) handler(TakeLine(rest));
+    pending.erase(0, pending.size() - rest.size());
+  }
 }
 
 void TouchFile(const std::string& path) {
@@ -141,8 +174,21 @@ void ReplaceFile(const std::string& path, std::string_view bytes, OldFile onFail
 
 void AppendToFile(const std::string& path, std::string_view bytes) {
   const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kFileMode));
-  if (file.get() < 0) Fail("cannot open", path);
-  WriteAll(file.get(), bytes, path);
+  struct stat before {};
+  if (file.get() < 0 || fstat(file.get(), &before) != 0) Fail("cannot open", path);
+  try {
+    WriteAll(file.get(), bytes, path);
+  } catch (const FileFailure&) {
+    // A piece without its line end would spoil what is appended next. Where this fails as well,
+    // the first failure is the one to tell.
+    static_cast<void>(ftruncate(file.get(), before.st_size) == 0);
+    throw;
+  }
+}
+
+void SyncFile(const std::string& path) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (file.get() < 0 || fsync(file.get()) != 0) Fail("cannot write", path);
 }
 
 void MoveFile(const std::string& from, const std::string& to) {
@@ -156,6 +202,7 @@ void DeleteFile(const std::string& path) {
 
 void DeleteMatching(const std::string& folder, const std::string& pattern) {
   const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), closedir);
+  if (!directory && errno != ENOENT && errno != ENOTDIR) Fail("cannot list", folder);
   if (!directory) return;
   const std::string starPattern = StarPattern(pattern);
   std::vector<std::string> names;

@@ -2,6 +2,7 @@
 // appended, folders cleared by a pattern. Nothing is ever held open.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,11 @@ bool PathExists(const std::string& path);
 // The bytes of the file. FileFailure where it cannot be opened or read.
 std::string ReadFileBytes(const std::string& path);
 
+// Hands the lines of the file over, one after the other and without their ends, which are CR, LF
+// or CR LF. Holds no more than a piece of it. FileFailure as above; what the handler throws
+// ends the reading.
+void ReadLines(const std::string& path, const std::function<void(std::string_view line)>& handler);
+
 // Makes an empty file where there is none, and leaves another as it is.
 void TouchFile(const std::string& path);
 
@@ -39,8 +45,11 @@ enum class OldFile { kStays, kGoes };
 // On a failure the new file is not there, and FileFailure is raised.
 void ReplaceFile(const std::string& path, std::string_view bytes, OldFile onFailure);
 
-// Appends in one write. FileFailure where that is not possible.
+// Appends in one step. FileFailure where that is not possible; then nothing of it is there.
 void AppendToFile(const std::string& path, std::string_view bytes);
+
+// Returns when what was written to the file is on the disk.
+void SyncFile(const std::string& path);
 
 // Gives the file another name, which is free: FileFailure where there is such a file already.
 void MoveFile(const std::string& from, const std::string& to);

@@ -11,6 +11,8 @@
 namespace quillon {
 namespace {
 
+constexpr char kEscape = '\x1B';  // shifts some charsets
+
 // In UTF-8, a byte behind the first one of its character.
 bool ContinuesCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
@@ -78,10 +80,24 @@ class Conversion {
   iconv_t descriptor_;
 };
 
+// Bytes that belong to no character count as one each, so that nothing passes the count.
+std::string FirstOfUtf8(std::string_view text, std::size_t count) {
+  constexpr int kLongestCharacter = 4;
+  std::size_t end = 0;
+  for (; count > 0 && end < text.size(); --count) {
+    int length = 0;
+    do {
+      ++end;
+      ++length;
+    } while (length < kLongestCharacter && end < text.size() && ContinuesCharacter(text[end]));
+  }
+  return std::string(text.substr(0, end));
+}
+
 bool IsPlainAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char character) {
     const auto byte = static_cast<unsigned char>(character);
-    return byte < 0x80 && byte != 0x1B;  // the escape shifts some charsets
+    return byte < 0x80 && character != kEscape;
   });
 }
 
@@ -103,16 +119,10 @@ std::string DatabaseText(std::string_view bytes, const std::string& charSet) {
   return conversion.known() ? conversion.Run(bytes, false) : std::string(bytes);
 }
 
-std::string_view FirstCharacters(std::string_view text, std::size_t count,
-                                 const std::string& charSet) {
-  if (!charSet.empty() && !IsUtf8(charSet)) return text.substr(0, count);
-  std::size_t end = 0;
-  for (; count > 0 && end < text.size(); --count) {
-    do {
-      ++end;
-    } while (end < text.size() && ContinuesCharacter(text[end]));
-  }
-  return text.substr(0, end);
+std::string FirstCharacters(std::string_view text, std::size_t count, const std::string& charSet) {
+  if (charSet.empty() || IsUtf8(charSet)) return FirstOfUtf8(text, count);
+  if (text.find(kEscape) == std::string_view::npos) return std::string(text.substr(0, count));
+  return PageText(FirstOfUtf8(DatabaseText(text, charSet), count), charSet);
 }
 
 struct LoadedCharset::Conversions {

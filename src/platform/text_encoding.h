@@ -17,9 +17,8 @@ std::string PageText(std::string_view utf8, const std::string& charSet);
 std::string DatabaseText(std::string_view bytes, const std::string& charSet);
 
 // The first `count` characters of a text in the charset. Those of UTF-8, which texts are in while
-// no charset is known, have several bytes.
-std::string_view FirstCharacters(std::string_view text, std::size_t count,
-                                 const std::string& charSet);
+// no charset is known, have several bytes, and so have those of a charset with shift states.
+std::string FirstCharacters(std::string_view text, std::size_t count, const std::string& charSet);
 
 // Keeps the conversions of a charset loaded while it lives. The C library has them in files
 // of its own: without this, each name beyond ASCII would open one, in the middle of a page.

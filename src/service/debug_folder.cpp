@@ -6,7 +6,6 @@
 #include "platform/date_time.h"
 #include "platform/failure.h"
 #include "platform/files.h"
-#include "platform/text_lines.h"
 #include "service/error_exit.h"
 
 namespace quillon {
@@ -24,6 +23,7 @@ constexpr const char* kDebugFiles[] = {
 };
 
 constexpr std::chrono::days kEventAge{60};  // events of so long ago go
+constexpr std::size_t kPiece = 65'536;      // bytes of lines that are written at once
 constexpr std::size_t kDateLength = 10;     // "YYYY-MM-DD", with which a line begins
 
 bool IsYoung(std::string_view line, DateTime today) {
@@ -36,14 +36,26 @@ bool IsYoung(std::string_view line, DateTime today) {
   return today - *day < kEventAge;
 }
 
-// Appends the lines of `old` that stay to `kept`, up to one that cannot be judged.
-void KeepYoungLines(std::string_view old, DateTime today, std::string& kept) {
-  while (!old.empty()) {
-    const std::string_view line = TakeLine(old);
-    if (line.size() <= kDateLength || !IsYoung(line, today)) continue;
-    kept += line;
-    kept += kLineEnd;
+// Copies the lines of `old` that stay into `events`, up to one that cannot be judged. In pieces:
+// the file has no limit.
+void CopyYoungLines(const std::string& old, const std::string& events, DateTime today) {
+  std::string kept;
+  const auto writeOut = [&] {
+    AppendToFile(events, kept);
+    kept.clear();
+  };
+  TouchFile(events);
+  try {
+    ReadLines(old, [&](std::string_view line) {
+      if (line.size() <= kDateLength || !IsYoung(line, today)) return;
+      kept.append(line).append(kLineEnd);
+      if (kept.size() >= kPiece) writeOut();
+    });
+  } catch (const ConversionFailure&) {
+    writeOut();
+    throw;
   }
+  writeOut();
 }
 
 }  // namespace
@@ -63,14 +75,8 @@ void ClearDebugDir_AEW(const Diagnostics& diagnostics) {
     if (!FileExists(events)) return;
     MoveFile(events, old);
     const auto today = std::chrono::floor<std::chrono::days>(diagnostics.clock.Now());
-    std::string kept;
-    try {
-      KeepYoungLines(ReadFileBytes(old), today, kept);
-    } catch (const ConversionFailure&) {
-      ReplaceFile(events, kept, OldFile::kStays);  // what was copied before the failing line
-      throw;
-    }
-    ReplaceFile(events, kept, OldFile::kStays);
+    CopyYoungLines(old, events, today);
+    SyncFile(events);  // before its only copy goes
     DeleteFile(old);
   });
 }

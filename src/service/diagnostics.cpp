@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "platform/files.h"
+#include "platform/number_text.h"
 #include "service/event_trap.h"
 
 namespace quillon {
@@ -44,7 +45,7 @@ std::string LogTimeStamp(const Clock& clock) {
   const int wholeSeconds = (parts.hour * 60 + parts.minute) * 60 + parts.second;
   const auto sinceMidnight =
       static_cast<float>(wholeSeconds + static_cast<double>(parts.millisecond) / 1000.0);
-  const std::string formatted = fmt::format("{:.3f}", sinceMidnight);
+  const std::string formatted = DigitPattern(double{sinceMidnight}, "#0.000");
   return DateTimeText(now) + "." + formatted.substr(formatted.size() - 3);
 }
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <variant>
 
 #include "platform/text_encoding.h"
 
@@ -16,7 +18,8 @@ constexpr std::int32_t kEnterpriseSpecific = 6;
 constexpr std::int32_t kSpecificTrap = 1;
 constexpr std::size_t kLongestText = 240;  // characters of the text
 
-// Hundredths of a second since the start, in whole seconds. A clock that was put back behind
+// Hundredths of a second since the start, in whole seconds of the wall clock, as StartTime is
+// one of its moments. A clock that was put back behind
 // the start gives 0; the count wraps after 497 days, as that of every agent does.
 std::uint32_t SinceStart(const Diagnostics& diagnostics) {
   const auto seconds = std::chrono::floor<std::chrono::seconds>(diagnostics.clock.Now() -
@@ -44,7 +47,7 @@ void SendEventTrap(const Diagnostics& diagnostics, std::string_view module,
   append(kSource);
   append(std::string(module));
   append(std::string(procedure));
-  append(std::string(FirstCharacters(text, kLongestText, settings.CharSet)));
+  append(FirstCharacters(text, kLongestText, settings.CharSet));
   append(type);
 
   const TrapTarget& target = diagnostics.trapTarget;

@@ -19,6 +19,10 @@ constexpr std::string_view kModule = "frmQuillonWeb";
 constexpr std::int16_t kStopWaitMs = 2000;   // before the listener closes
 constexpr std::int16_t kCloseWaitMs = 1000;  // after it
 
+// The waits of a stop last longer while clients ask on: each request that fails inside them
+// holds them up for its own half second. After so long the service ends all the same.
+constexpr std::chrono::seconds kLongestStop{10};
+
 constexpr int kFailed = 1;  // exit status of a service that could not start
 
 void SetConnectionStrings(Settings& settings) {
@@ -60,11 +64,17 @@ void StartService(ServiceContext& context) {
   context.dartSvc.ReportReady("Started; the sockets open 30 seconds after the start");
 }
 
+void EndAtOnce(ServiceContext& context) {
+  ServiceClose(context, "tcpServer");
+  context.loop.Quit();
+}
+
 void StopService(ServiceContext& context) {
   if (context.stopping) return;  // the stop is under way
   context.stopping = true;
   context.dartSvc.ReportStopping();
   context.timer1.reset();
+  context.stopLimit = context.loop.Every(kLongestStop, [&context] { EndAtOnce(context); });
   NoticeFromState(context, "Service Stopped", EventType::kNotice);
   context.loop.DelayMs(kStopWaitMs);
   ServiceClose(context, "tcpServer");

@@ -15,11 +15,14 @@ namespace {
 
 std::int16_t ToPort(const std::string& text) {
   using Limits = std::numeric_limits<std::int16_t>;
-  const std::int32_t number = TextToLong(text);
-  if (number < Limits::min() || number > Limits::max()) {
-    throw OverflowFailure("ServerTrapPort out of range: " + text);
+  const std::string key = "ServerTrapPort in Morvane.ini is ";
+  const auto number = ParseNumber(text);
+  if (!number) throw ConversionFailure(key + "no number: \"" + text + "\"");
+  const double port = RoundHalfEven(*number);
+  if (port < Limits::min() || port > Limits::max()) {
+    throw OverflowFailure(key + "out of range: " + text);
   }
-  return static_cast<std::int16_t>(number);
+  return static_cast<std::int16_t>(port);
 }
 
 void TakeSetting(std::string_view line, Settings& settings) {

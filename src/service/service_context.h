@@ -34,10 +34,11 @@ struct ServiceContext {
   std::string& FavIconData;
   const DailyJobs& jobs;
 
-  std::unique_ptr<EventLoop::Timer> timer1 = nullptr;    // runs while the service is started
-  std::unique_ptr<LoadedCharset> pageCharset = nullptr;  // of CharSet, with the listener
-  std::int64_t startTick = 0;                            // ms of the clock's tick at StartTime
-  std::int16_t LastHour = 0;                             // hour of the day of the last hourly pass
+  std::unique_ptr<EventLoop::Timer> timer1 = nullptr;     // runs while the service is started
+  std::unique_ptr<LoadedCharset> pageCharset = nullptr;   // of CharSet, with the listener
+  std::unique_ptr<EventLoop::Timer> stopLimit = nullptr;  // ends a stop that is held up
+  std::int64_t startTick = 0;                             // ms of the clock's tick at StartTime
+  std::int16_t LastHour = 0;                              // hour of the day of the last hourly pass
   bool jobRunning = false;        // an hourly pass or a job of the operator is on the stack
   bool stopping = false;          // state 0 has begun
   std::string serviceError = {};  // the last one that the service manager's side told

@@ -166,9 +166,57 @@ TEST_F(FilesTest, AppendMakesTheFileAndThenGrowsIt) {
   EXPECT_EQ(ReadFileBytes(Path("events.txt")), "one\r\ntwo\r\n");
 }
 
-TEST_F(FilesTest, FailedAppendIsAFailure) {
+TEST_F(FilesTest, FailedAppendIsAFailureAndLeavesNothingOfItsText) {
+  AppendToFile(Path("events.txt"), "one\r\n");
   const FileSizeLimit disk(1000);
   EXPECT_THROW(AppendToFile(Path("events.txt"), std::string(50'000, 'n')), FileFailure);
+  EXPECT_EQ(ReadFileBytes(Path("events.txt")), "one\r\n");
+}
+
+class ReadLinesTest : public FilesTest {
+ protected:
+  std::vector<std::string> LinesOf(const std::string& text) const {
+    Write("lines.txt", text);
+    std::vector<std::string> lines;
+    ReadLines(Path("lines.txt"), [&](std::string_view line) { lines.emplace_back(line); });
+    return lines;
+  }
+};
+
+TEST_F(ReadLinesTest, EndOfEachKindEndsALine) {
+  using Lines = std::vector<std::string>;
+  EXPECT_EQ(LinesOf(""), Lines{});
+  EXPECT_EQ(LinesOf("one"), Lines{"one"});
+  EXPECT_EQ(LinesOf("one\r\ntwo\rthree\nfour\r\n"), (Lines{"one", "two", "three", "four"}));
+  EXPECT_EQ(LinesOf("\r\n\n\r"), (Lines{"", "", ""}));
+  EXPECT_EQ(LinesOf("one\r"), Lines{"one"});
+}
+
+// The file is read in pieces of 64 KiB, wherever its lines end.
+TEST_F(ReadLinesTest, LineEndAcrossTwoPiecesIsOne) {
+  for (const std::size_t length : {65'534, 65'535, 65'536, 65'537, 131'071, 200'000}) {
+    const std::string line(length, 'x');
+    EXPECT_EQ(LinesOf(line + "\r\n" + line + "\r\nend"),
+              (std::vector<std::string>{line, line, "end"}))
+        << length;
+  }
+}
+
+TEST_F(ReadLinesTest, WhatTheHandlerThrowsEndsTheReading) {
+  Write("lines.txt", "one\r\ntwo\r\n");
+  int lines = 0;
+  EXPECT_THROW(ReadLines(Path("lines.txt"),
+                         [&](std::string_view) {
+                           ++lines;
+                           throw ConversionFailure("no date");
+                         }),
+               ConversionFailure);
+  EXPECT_EQ(lines, 1);
+}
+
+TEST_F(ReadLinesTest, FileThatIsNotThereIsAFailure) {
+  EXPECT_THROW(ReadLines(Path("missing.txt"), [](std::string_view) {}), FileFailure);
+  EXPECT_THROW(SyncFile(Path("missing.txt")), FileFailure);
 }
 
 TEST_F(FilesTest, TouchMakesAnEmptyFileAndKeepsAnother) {

@@ -135,6 +135,18 @@ TEST(TextEncoding, FirstCharactersTakeEveryByteAsItIs) {
   EXPECT_EQ(FirstCharacters("", 3, "UTF-8"), "");
 }
 
+TEST(TextEncoding, FirstCharactersWithShiftStatesAreWholeAndShiftBack) {
+  const std::string text = "a\x1B$BF|K\\\x1B(Bz";  // two characters between the shifts
+  const std::string firsts[] = {"", "a", "a\x1B$BF|\x1B(B", "a\x1B$BF|K\\\x1B(B", text, text};
+  for (std::size_t count = 0; count < std::size(firsts); ++count) {
+    EXPECT_EQ(FirstCharacters(text, count, "ISO-2022-JP"), firsts[count]) << count;
+  }
+}
+
+TEST(TextEncoding, FirstCharactersAreNeverMoreThanFourBytesEach) {
+  EXPECT_EQ(FirstCharacters("a" + std::string(60'000, '\x80'), 240, "UTF-8").size(), 4u * 240);
+}
+
 // What is no UTF-8 is counted somehow, but nothing is added and nothing behind it is read.
 TEST(TextEncoding, FirstCharactersOfBrokenUtf8AreABeginningOfIt) {
   const std::string texts[] = {"ab\xE6\x97", "\x80\x80\x80\x80", "\xFF\xFE",
