@@ -52,6 +52,6 @@ int main(int argumentCount, char** arguments) {
   try {
     return Form_Load(service, CommandLine(argumentCount, arguments));
   } catch (const LoopEnded&) {
-    return service.exitStatus;  // stopped in the wait of a failure that came before the loop
+    return service.exitStatus;  // stopped in the wait of a failure outside the loop
   }
 }

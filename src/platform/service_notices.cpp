@@ -2,6 +2,7 @@
 #include "platform/service_notices.h"
 
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -15,6 +16,9 @@
 
 namespace quillon {
 namespace {
+
+// A service manager that is busy has its queue full for a moment; "READY=1" must not be lost.
+constexpr timeval kPatience{1, 0};
 
 std::string Environment(const char* name) {
   const char* value = std::getenv(name);
@@ -56,8 +60,9 @@ void ServiceNotices::Send(std::string_view notice) const {
   if (socketPath_.front() == '@') address.sun_path[0] = '\0';  // a name without a file
   const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + socketPath_.size());
 
-  const int socketNumber = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  const int socketNumber = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (socketNumber < 0) fail(std::strerror(errno));
+  setsockopt(socketNumber, SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience);
   const ssize_t sent = sendto(socketNumber, notice.data(), notice.size(), MSG_NOSIGNAL,
                               reinterpret_cast<const sockaddr*>(&address), length);
   const int error = errno;

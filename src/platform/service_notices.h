@@ -14,8 +14,8 @@ class ServiceNotices {
   ServiceNotices();
 
   // Sends the notice, "READY=1" say; lines part several. Nothing without a socket, as in a
-  // terminal. SocketFailure where it cannot be sent at
-  // once.
+  // terminal. SocketFailure where it cannot be sent
+  // within a second.
   void Send(std::string_view notice) const;
 
   // How long the service manager waits for a sign of life before it ends the process; nothing

@@ -14,8 +14,8 @@ class ServiceRegistry {
 
   // Registers the program in `directory` under the name: writes its unit, loads it, makes it
   // start with the machine, and sees to the user that it runs as. An older registration of that
-  // name is replaced. Failure where there is no systemd or the rights are missing; then
-  // everything is as it was before.
+  // name is replaced. Failure where there is no systemd or the rights are missing; then the
+  // units are what they were before.
   void InstallService(const std::string& name, const std::string& directory) const;
 
   // Removes the registration. Failure as above, and where there is none.

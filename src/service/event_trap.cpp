@@ -18,9 +18,9 @@ constexpr std::int32_t kEnterpriseSpecific = 6;
 constexpr std::int32_t kSpecificTrap = 1;
 constexpr std::size_t kLongestText = 240;  // characters of the text
 
-// Hundredths of a second since the start, in whole seconds of the wall clock, as StartTime is
-// one of its moments. A clock that was put back behind
-// the start gives 0; the count wraps after 497 days, as that of every agent does.
+// Hundredths of a second since the start, in whole seconds of the wall clock, of which StartTime
+// is a moment. A clock that was put back behind the start gives 0; the count wraps after 497
+// days, as that of every agent does.
 std::uint32_t SinceStart(const Diagnostics& diagnostics) {
   const auto seconds = std::chrono::floor<std::chrono::seconds>(diagnostics.clock.Now() -
                                                                 diagnostics.settings.StartTime);

@@ -109,10 +109,17 @@ int CarryOut(ServiceContext& context, const std::string& commandLine, Phase& pha
 int Form_Load(ServiceContext& context, const std::string& commandLine) {
   Phase phase = Phase::kEmpty;
   int status = kFailed;
-  const bool ended = ErrorExit(context.diagnostics, kModule, kProcedure,
-                               [&] { status = CarryOut(context, commandLine, phase); });
-  if (!ended) status = Refuse(kTitle + FailureMessage(phase));
-  return status;
+  std::string reason;
+  const bool ended = ErrorExit(
+      context.diagnostics, kModule, kProcedure,
+      [&] { status = CarryOut(context, commandLine, phase); },
+      [&](const std::exception& failure) {
+        reason = failure.what();
+        return FailureText(context.settings, failure);
+      });
+  if (ended) return status;
+  Refuse(kTitle + FailureMessage(phase));
+  return Refuse(reason);  // the event of it may have had no file to go to
 }
 
 }  // namespace quillon

@@ -85,7 +85,7 @@ void StopService(ServiceContext& context) {
 }  // namespace
 
 void dartSvc_State(ServiceContext& context, ServiceState state) {
-  ErrorExit(context.diagnostics, kModule, "dartSvc_State", [&] {
+  const bool done = ErrorExit(context.diagnostics, kModule, "dartSvc_State", [&] {
     switch (state) {
       case ServiceState::kStop:
         return StopService(context);
@@ -97,6 +97,7 @@ void dartSvc_State(ServiceContext& context, ServiceState state) {
         return NoticeFromState(context, "Resume Not Implemented", EventType::kNotice);
     }
   });
+  if (!done) context.dartSvc.ReportStatus("Failed; Debug/AppEventWeb.txt says why");
 }
 
 void dartSvc_Error(ServiceContext& context, int, const std::string& description) {

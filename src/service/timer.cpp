@@ -23,7 +23,8 @@ bool IsStartTick(const ServiceContext& context) {
 }
 
 std::string ListenerStatus(const Listener& tcpServer) {
-  if (!tcpServer.Listening()) return "Not listening; Debug/AppEventWeb.txt may say why";
+  if (!tcpServer.Listening())
+    return "Not listening; Debug/AppEventWeb.txt says why, unless it is not enabled";
   return fmt::format("Listening on {} port {}", tcpServer.LocalHost(), tcpServer.LocalPort());
 }
 

@@ -24,6 +24,17 @@ TEST_F(QuillondbCreate, MakesTheFoldersOfTheServiceAndItsMorvaneIni) {
   EXPECT_EQ(Text("Quillon.mdb", "SELECT SnmpcDir FROM Settings_General"), home_.string());
 }
 
+// Whoever can open the directory could hold its lock and keep the service from starting.
+TEST_F(QuillondbCreate, MakesADirectoryThatOthersCannotOpenAndKeepsTheRightsOfAnother) {
+  Run("create {}");
+  EXPECT_EQ(fs::status(home_).permissions() & fs::perms::others_all, fs::perms::none);
+  fs::remove_all(home_);
+  fs::create_directory(home_);
+  fs::permissions(home_, fs::perms::others_read, fs::perm_options::add);
+  Run("create {}");
+  EXPECT_NE(fs::status(home_).permissions() & fs::perms::others_read, fs::perms::none);
+}
+
 TEST_F(QuillondbCreate, KeepsAMorvaneIniThatIsThere) {
   fs::create_directories(home_);
   std::ofstream(home_ / "Morvane.ini") << "ServerTrapPort=1162\n";

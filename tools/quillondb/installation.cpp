@@ -43,8 +43,16 @@ void MakeFolder(const fs::path& path) {
   if (failure) throw FileFailure(path.string() + ": cannot be made: " + failure.message());
 }
 
-void MakeFolders(const fs::path& directory) {
+// Whoever can open the directory could hold the lock by which one service runs in it.
+void MakeHome(const fs::path& directory) {
+  std::error_code ignored;
+  if (fs::is_directory(directory, ignored)) return;
   MakeFolder(directory);
+  fs::permissions(directory, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec);
+}
+
+void MakeFolders(const fs::path& directory) {
+  MakeHome(directory);
   for (const char* folder : kFolders) MakeFolder(directory / folder);
 }
 
