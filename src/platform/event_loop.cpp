@@ -3,6 +3,7 @@
 // own ends the loop.
 #include "platform/event_loop.h"
 
+#include <algorithm>
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 #include <asio/post.hpp>
@@ -12,12 +13,27 @@
 #include <exception>
 #include <iostream>
 #include <utility>
+#include <vector>
 
 namespace quillon {
 namespace {
 
 constexpr int kEventsPerPump = 256;  // so that a handler that posts itself cannot hold a pump
-constexpr std::chrono::milliseconds kSlice{10};  // the sleep between two pumps of a wait
+constexpr std::chrono::milliseconds kSlice{10};       // the sleep between two pumps of a wait
+constexpr std::chrono::milliseconds kPatience{1000};  // of a job that requests hold up
+
+// Sets a flag while it lives, and then sets it back.
+class ScopedFlag {
+ public:
+  ScopedFlag(bool& flag, bool value) : flag_(flag), before_(std::exchange(flag, value)) {}
+  ~ScopedFlag() { flag_ = before_; }
+  ScopedFlag(const ScopedFlag&) = delete;
+  ScopedFlag& operator=(const ScopedFlag&) = delete;
+
+ private:
+  bool& flag_;
+  bool before_;
+};
 
 }  // namespace
 
@@ -26,7 +42,17 @@ struct EventLoop::Implementation {
   asio::executor_work_guard<asio::io_context::executor_type> work = asio::make_work_guard(io);
   std::deque<asio::signal_set> signals;
   std::function<void()> onTurn = [] {};
+  std::vector<std::int64_t> jobWaits;  // ticks at which the waits of jobs on the stack should end
+  bool inRequest = false;              // what is at work belongs to a request
   bool quit = false;
+
+  // The handler as an event that is no request, whatever it runs nested on.
+  std::function<void()> AsJob(std::function<void()> handler) {
+    return [this, handler = std::move(handler)] {
+      const ScopedFlag job(inRequest, false);
+      handler();
+    };
+  }
 };
 
 namespace {
@@ -87,6 +113,24 @@ std::size_t OneEvent(RunOne&& runOne) {
   }
 }
 
+// The wait of a job, while it is on the stack.
+class JobWait {
+ public:
+  JobWait(std::vector<std::int64_t>& waits, bool isJob, std::int64_t due)
+      : waits_(waits), isJob_(isJob) {
+    if (isJob_) waits_.push_back(due);
+  }
+  ~JobWait() {
+    if (isJob_) waits_.pop_back();
+  }
+  JobWait(const JobWait&) = delete;
+  JobWait& operator=(const JobWait&) = delete;
+
+ private:
+  std::vector<std::int64_t>& waits_;
+  bool isJob_;
+};
+
 void WaitForSignal(asio::signal_set& set, const std::function<void()>& handler) {
   set.async_wait([&set, handler](const asio::error_code& error, int) {
     if (error) return;
@@ -119,7 +163,7 @@ void EventLoop::Quit() {
 }
 
 void EventLoop::Post(std::function<void()> handler) {
-  asio::post(implementation_->io, std::move(handler));
+  asio::post(implementation_->io, implementation_->AsJob(std::move(handler)));
 }
 
 void EventLoop::Pump() {
@@ -130,6 +174,8 @@ void EventLoop::Pump() {
 
 void EventLoop::DelayMs(std::int16_t milliseconds) {
   const auto slices = std::chrono::milliseconds(milliseconds) / kSlice;
+  const JobWait wait(implementation_->jobWaits, !implementation_->inRequest,
+                     clock_.TickMs() + milliseconds);
   for (auto slice = slices; slice > 0; --slice) {
     clock_.Sleep(kSlice);
     Pump();
@@ -138,14 +184,28 @@ void EventLoop::DelayMs(std::int16_t milliseconds) {
   }
 }
 
+EventLoop::RequestMark::RequestMark(EventLoop& loop)
+    : inRequest_(loop.implementation_->inRequest), before_(std::exchange(inRequest_, true)) {}
+
+EventLoop::RequestMark::~RequestMark() {
+  inRequest_ = before_;
+}
+
+bool EventLoop::HasOverdueJob() const {
+  const std::int64_t limit = clock_.TickMs() - kPatience.count();
+  const auto& waits = implementation_->jobWaits;
+  return std::any_of(waits.begin(), waits.end(), [limit](auto due) { return due < limit; });
+}
+
 std::unique_ptr<EventLoop::Timer> EventLoop::Every(std::chrono::milliseconds interval,
                                                    std::function<void()> handler) {
-  return std::make_unique<RepeatingTimer>(implementation_->io, interval, std::move(handler));
+  return std::make_unique<RepeatingTimer>(implementation_->io, interval,
+                                          implementation_->AsJob(std::move(handler)));
 }
 
 void EventLoop::OnSignal(int signal, const std::function<void()>& handler) {
   asio::signal_set& set = implementation_->signals.emplace_back(implementation_->io, signal);
-  WaitForSignal(set, handler);
+  WaitForSignal(set, implementation_->AsJob(handler));
 }
 
 void EventLoop::OnTurn(std::function<void()> handler) {

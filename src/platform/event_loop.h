@@ -43,6 +43,25 @@ class EventLoop {
   // into a container that such an event can change. `milliseconds` is a 16-bit number.
   void DelayMs(std::int16_t milliseconds);
 
+  // What runs while this lives is a request of a client. Everything else - the start, the stop, a
+  // tick and its jobs - has precedence over requests: see HasOverdueJob.
+  class RequestMark {
+   public:
+    explicit RequestMark(EventLoop& loop);
+    ~RequestMark();
+    RequestMark(const RequestMark&) = delete;
+    RequestMark& operator=(const RequestMark&) = delete;
+
+   private:
+    bool& inRequest_;
+    bool before_;
+  };
+
+  // True while a wait outside of all requests has been lasting a second longer than it should,
+  // since requests nest on it. Whoever takes requests in holds them back meanwhile: else
+  // clients that never pause could keep a job from ever going on.
+  bool HasOverdueJob() const;
+
   // Calls the handler every `interval` from now on, until the returned timer goes, which
   // it may do inside a tick. A tick that falls due while the thread is busy comes once, late, and
   // not in a burst.

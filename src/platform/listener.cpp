@@ -26,6 +26,9 @@ using asio::ip::tcp;
 // How long accepting rests when the machine has no file descriptor left.
 constexpr std::chrono::milliseconds kAcceptPause{500};
 
+// How often a job that is held up is looked at while clients are held back for it.
+constexpr std::chrono::milliseconds kResumePause{10};
+
 struct Connection {
   explicit Connection(tcp::socket accepted) : socket(std::move(accepted)) {}
 
@@ -61,7 +64,8 @@ bool WriteNow(Connection& connection, asio::error_code& error) {
 
 class Listener::Implementation {
  public:
-  explicit Implementation(asio::io_context& io) : acceptor_(io), acceptPause_(io) {}
+  explicit Implementation(EventLoop& loop)
+      : loop_(loop), acceptor_(loop.io()), acceptPause_(loop.io()), resumePause_(loop.io()) {}
 
   void SetEvents(ListenerEvents& events) { events_ = &events; }
   void SetLocalHost(const std::string& address) { localHost_ = address; }
@@ -83,7 +87,8 @@ class Listener::Implementation {
   // client who left reaches nobody else.
   class RunningEvent {
    public:
-    RunningEvent(Implementation& owner, ConnectionId id, ConnectionPtr connection) : owner_(owner) {
+    RunningEvent(Implementation& owner, ConnectionId id, ConnectionPtr connection)
+        : owner_(owner), mark_(owner.loop_) {
       owner_.running_.push_back({id, std::move(connection)});
     }
     ~RunningEvent() {
@@ -95,6 +100,7 @@ class Listener::Implementation {
 
    private:
     Implementation& owner_;
+    EventLoop::RequestMark mark_;
   };
 
   struct Numbered {
@@ -102,7 +108,7 @@ class Listener::Implementation {
     ConnectionPtr connection;
   };
 
-  bool TooDeep() const { return running_.size() >= kDepthLimit; }
+  bool HoldsBack() const { return running_.size() >= kDepthLimit || loop_.HasOverdueJob(); }
   ConnectionId LowestFreeId() const;
   void WaitForClient();
   void WaitForClientLater();
@@ -114,11 +120,14 @@ class Listener::Implementation {
   void WriteOrWait(ConnectionId id, const ConnectionPtr& connection);
   void End(ConnectionId id, const ConnectionPtr& connection, int code, const std::string& why);
   void ResumeHeldBack();
+  void ResumeLater();
   void ResumeClient();
   void ResumeReadable();
 
+  EventLoop& loop_;
   tcp::acceptor acceptor_;
   asio::steady_timer acceptPause_;
+  asio::steady_timer resumePause_;
   ListenerEvents* events_ = nullptr;
   std::string localHost_ = "0.0.0.0";
   std::int32_t localPort_ = 0;
@@ -127,12 +136,13 @@ class Listener::Implementation {
   std::vector<Numbered> running_;  // the events on the stack, the one at work last
   int opening_ = 0;  // counts the openings: what an earlier one has accepted late is dropped
 
-  // What waits for the depth to fall: a client without a number, connections that are not
-  // watched, and those that have a text, in the order in which it came.
+  // What waits for the depth to fall, or for a job to go on: a client without a number, connections
+  // that are not watched, and those that have a text, in the order in which it came.
   std::optional<tcp::socket> heldClient_;
   std::vector<Numbered> unwatched_;
   std::deque<Numbered> readable_;
-  bool resuming_ = false;  // the next of readable_ has its turn already
+  bool resuming_ = false;      // the next of readable_ has its turn already
+  bool resumesLater_ = false;  // resumePause_ is running
 };
 
 std::string Listener::Implementation::LocalHost() const {
@@ -206,9 +216,9 @@ void Listener::Implementation::WaitForClientLater() {
 }
 
 void Listener::Implementation::TakeClient(const asio::error_code& error, tcp::socket socket) {
-  if (!error && TooDeep()) {
+  if (!error && HoldsBack()) {
     heldClient_ = std::move(socket);
-    return;
+    return ResumeLater();
   }
   if (!error) return AddClient(std::move(socket));
   // Most often no file descriptor is left. Accepting at once again would only spin.
@@ -237,9 +247,9 @@ void Listener::Implementation::AddClient(tcp::socket socket) {
 }
 
 void Listener::Implementation::WaitForText(ConnectionId id, const ConnectionPtr& connection) {
-  if (TooDeep()) {
+  if (HoldsBack()) {
     unwatched_.push_back({id, connection});
-    return;
+    return ResumeLater();
   }
   connection->socket.async_wait(tcp::socket::wait_read,
                                 [this, id, connection](const asio::error_code& error) {
@@ -248,11 +258,12 @@ void Listener::Implementation::WaitForText(ConnectionId id, const ConnectionPtr&
                                 });
 }
 
-// Reads now, or queues behind those that wait for the depth to fall: first come, first
+// Reads now, or queues behind those that are held back: first come, first
 // served, so that nobody can keep the others out.
 void Listener::Implementation::TakeReadable(ConnectionId id, const ConnectionPtr& connection) {
-  if (!TooDeep() && readable_.empty()) return ReadText(id, connection);
+  if (!HoldsBack() && readable_.empty()) return ReadText(id, connection);
   readable_.push_back({id, connection});
+  ResumeLater();
 }
 
 void Listener::Implementation::ReadText(ConnectionId id, const ConnectionPtr& connection) {
@@ -325,7 +336,8 @@ void Listener::Implementation::End(ConnectionId id, const ConnectionPtr& connect
 // Called whenever an event has ended. One connection is resumed at a time; its own event
 // resumes the next.
 void Listener::Implementation::ResumeHeldBack() {
-  if (TooDeep()) return;
+  if (loop_.HasOverdueJob()) return ResumeLater();
+  if (HoldsBack()) return;
   if (heldClient_) asio::post(acceptor_.get_executor(), [this] { ResumeClient(); });
   for (const auto& [id, connection] : std::exchange(unwatched_, {})) {
     if (connection->up) WaitForText(id, connection);
@@ -335,8 +347,20 @@ void Listener::Implementation::ResumeHeldBack() {
   asio::post(acceptor_.get_executor(), [this] { ResumeReadable(); });
 }
 
+// A job that goes on tells nobody, so it is asked for.
+void Listener::Implementation::ResumeLater() {
+  const bool holdsSomething = heldClient_ || !unwatched_.empty() || !readable_.empty();
+  if (!holdsSomething || std::exchange(resumesLater_, true)) return;
+  resumePause_.expires_after(kResumePause);
+  resumePause_.async_wait([this](const asio::error_code& cancelled) {
+    if (cancelled) return;
+    resumesLater_ = false;
+    ResumeHeldBack();
+  });
+}
+
 void Listener::Implementation::ResumeClient() {
-  if (TooDeep() || !heldClient_) return;
+  if (HoldsBack() || !heldClient_) return;
   tcp::socket client = std::move(*heldClient_);
   heldClient_.reset();
   AddClient(std::move(client));
@@ -344,7 +368,7 @@ void Listener::Implementation::ResumeClient() {
 
 void Listener::Implementation::ResumeReadable() {
   resuming_ = false;
-  if (TooDeep()) return;  // the end of an event above calls again
+  if (HoldsBack()) return;  // the end of an event above calls again
   while (!readable_.empty()) {
     const auto [id, connection] = readable_.front();
     readable_.pop_front();
@@ -352,8 +376,7 @@ void Listener::Implementation::ResumeReadable() {
   }
 }
 
-Listener::Listener(EventLoop& loop)
-    : implementation_(std::make_unique<Implementation>(loop.io())) {}
+Listener::Listener(EventLoop& loop) : implementation_(std::make_unique<Implementation>(loop)) {}
 
 Listener::~Listener() = default;
 

@@ -35,7 +35,7 @@ class Listener {
   // What one read takes at most.
   static constexpr std::size_t kReadSize = std::size_t{64} * 1024;
   // Depth of nested events from which no further read is started until it falls, so
-  // that clients cannot grow the stack without end.
+  // that clients cannot grow the stack without end. Nor is one started while a job is overdue.
   static constexpr int kDepthLimit = 32;
 
   explicit Listener(EventLoop& loop);

@@ -241,5 +241,90 @@ TEST_F(ListenerNestingTest, ClientWithAHighNumberIsServedBetweenThoseThatNeverPa
   EXPECT_LT(third - events.log.begin(), 200);
 }
 
+// Three clients that send without a pause, each time something that fails and waits its half
+// second, and a job among them.
+class BusyClientsTest : public ListenerNestingTest {
+ protected:
+  static constexpr int kTextsAtMost = 2000;  // so that a job that never goes on fails the test
+
+  BusyClientsTest() {
+    ConnectClients(3);
+    inside = [this](ConnectionId id, const std::string&) {
+      if (++texts < kTextsAtMost) ClientOf(id).Send("r");
+      loop.DelayMs(500);
+    };
+  }
+
+  // Runs the job as the event of a timer or signal would, with the clients at it.
+  void RunAmongClients(const std::function<void()>& job) {
+    loop.Post([this, job] {
+      for (int id = 1; id <= 3; ++id) ClientOf(id).Send("r");
+      job();
+    });
+    Settle();
+  }
+
+  int texts = 0;
+};
+
+TEST_F(BusyClientsTest, JobGoesOnAllTheSame) {
+  int textsAtItsEnd = kTextsAtMost;
+  RunAmongClients([&] {
+    loop.DelayMs(500);
+    textsAtItsEnd = texts;
+  });
+  EXPECT_GT(textsAtItsEnd, 3);
+  EXPECT_LT(textsAtItsEnd, kTextsAtMost / 10);
+}
+
+TEST_F(BusyClientsTest, JobThatBeginsInsideARequestGoesOnToo) {
+  int textsAtItsEnd = kTextsAtMost;
+  const auto job = [&] {
+    loop.DelayMs(500);
+    textsAtItsEnd = std::min(texts, textsAtItsEnd);
+  };
+  const auto request = inside;
+  inside = [&, request](ConnectionId id, const std::string& text) {
+    if (texts == 20) loop.Post(job);
+    request(id, text);
+  };
+  RunAmongClients([] {});
+  EXPECT_LT(textsAtItsEnd, kTextsAtMost / 10);
+}
+
+TEST_F(BusyClientsTest, ClientsAreServedAgainWhenTheJobHasGoneOn) {
+  int textsAtItsEnd = 0;
+  RunAmongClients([&] {
+    loop.DelayMs(500);
+    textsAtItsEnd = texts;
+  });
+  for (int round = 0; round < 100 && texts < kTextsAtMost; ++round) Settle();
+  EXPECT_GE(texts, kTextsAtMost);
+  EXPECT_LT(textsAtItsEnd, kTextsAtMost);
+}
+
+TEST_F(BusyClientsTest, ClientThatComesMeanwhileIsTakenAfterwards) {
+  Client late;
+  RunAmongClients([&] {
+    late = ConnectUnnoticed();
+    loop.DelayMs(500);
+  });
+  for (int round = 0; round < 100 && events.connected.size() < 4; ++round) Settle();
+  EXPECT_EQ(events.connected.size(), 4u);
+}
+
+TEST_F(BusyClientsTest, WaitsOfRequestsHaveNoPrecedence) {
+  bool overdue = false;
+  const auto request = inside;
+  inside = [&, request](ConnectionId id, const std::string& text) {
+    request(id, text);
+    overdue = overdue || loop.HasOverdueJob();
+  };
+  ClientOf(1).Send("r");
+  Settle();
+  EXPECT_GE(texts, kTextsAtMost);
+  EXPECT_FALSE(overdue);
+}
+
 }  // namespace
 }  // namespace quillon
