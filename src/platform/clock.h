@@ -24,6 +24,9 @@ class Clock {
 
 class SystemClock : public Clock {
  public:
+  // Makes the sleeps of this thread end as near to their time as the system can.
+  SystemClock();
+
   DateTime Now() const override;
   std::int64_t TickMs() const override;
   void Sleep(std::chrono::milliseconds duration) override;
