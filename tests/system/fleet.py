@@ -25,6 +25,7 @@ _root = Path(tempfile.mkdtemp(prefix="quillon-system-"))
 _members = []     # every installation with its preparations
 _runners = []     # those with a process of the fleet
 _reporters = []   # those of them that are to report their start
+_when_up = []     # what is called when the listeners are open
 _is_running = False
 
 
@@ -38,11 +39,18 @@ def declare(*preparations, comes_up=True):
     return member
 
 
-def declare_idle(*preparations):
-    """One that has its files, and no process until the test starts it."""
-    member = Installation(_root / f"site{len(_members) + 1}", _free_port())
+def declare_idle(*preparations, place=None):
+    """One that has its files, and no process until the test starts it. `place` is the name of
+    its folder where that matters."""
+    member = Installation(_root / (place or f"site{len(_members) + 1}"), _free_port())
     _members.append((member, preparations))
     return member
+
+
+def when_up(procedure):
+    """Has it called when the listeners are open and no test has run yet, about half a minute
+    after the start: for what has to happen before the service's next minute."""
+    _when_up.append(procedure)
 
 
 def start():
@@ -59,6 +67,8 @@ def start():
         member.process.start()
     _is_running = True
     _watch(_reporters)
+    for procedure in _when_up:
+        procedure()
 
 
 def _free_port():

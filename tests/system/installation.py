@@ -65,6 +65,13 @@ class Installation:
         assignments = ", ".join(f"{field} = ?" for field in fields)
         self.sql("Quillon.mdb", f"UPDATE {table} SET {assignments}", *fields.values())
 
+    def listen_on(self, address):
+        self.address = address
+        self.set("Settings_WebServer", IpAddr=address)
+
+    def agent_status(self):
+        return self.sql("Quillon.mdb", "SELECT Status FROM Settings_SnmpAgent")[0][0]
+
     def listener_row(self):
         """IpAddr and Status, as the service left them."""
         return self.sql("Quillon.mdb", "SELECT IpAddr, Status FROM Settings_WebServer")[0]
@@ -96,6 +103,10 @@ class Installation:
     def get(self, url):
         with self.connect() as client:
             return client.ask(url)
+
+    def wait_until_listening(self):
+        """For one that cannot report its start."""
+        eventually(self.is_listening, "the listener is open")
 
     def is_listening(self):
         return self.port in tcp_table.listening_ports()

@@ -13,6 +13,15 @@ def local_now():
     return datetime.now(_ZONE).replace(tzinfo=None)
 
 
+def zone_where_it_is(hour, minute, second):
+    """A zone in which it is that time of day now: its name for a process, and the zone."""
+    now = datetime.now(timezone.utc)
+    ahead = timedelta(hours=hour, minutes=minute, seconds=second) - timedelta(
+        hours=now.hour, minutes=now.minute, seconds=now.second)
+    sign = "+" if ahead < timedelta() else "-"
+    return f"Test{sign}{abs(ahead)}", timezone(ahead)
+
+
 def seconds_ago(text, pattern="%Y-%m-%d %H:%M:%S"):
     """Age of a time that the service wrote."""
     return (local_now() - datetime.strptime(text, pattern)).total_seconds()

@@ -1,22 +1,20 @@
 """The process of one installation: its start, its signals, its end. It never outlives the
 tests, whatever becomes of them."""
-import ctypes
 import os
-import signal
 import subprocess
 import time
 from contextlib import suppress
+from pathlib import Path
 
+from bound_life import end_with_the_tests
 from local_time import ZONE_NAME
 from waiting import DEADLINE
-
-_PR_SET_PDEATHSIG = 1
 
 
 def _prepare():
     """Runs in the new process. No umask: the service narrows its files by itself."""
     os.umask(0)
-    ctypes.CDLL(None).prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
+    end_with_the_tests()
 
 
 class ServiceProcess:
@@ -24,6 +22,7 @@ class ServiceProcess:
         self._program = program
         self._terminal = terminal  # the file that stands for it
         self._process = None
+        self.environment = {"TZ": ZONE_NAME}  # beside that of the tests
         self.started_at = None
 
     def start(self):
@@ -32,12 +31,13 @@ class ServiceProcess:
                 [self._program], stdout=terminal, stderr=subprocess.STDOUT, **self._surroundings())
         self.started_at = time.monotonic()
 
-    def run_beside(self, *options):
-        """Runs the program once more, to its end: its exit status, and what it said."""
+    def run_beside(self, *options, inside=(), **surroundings):
+        """Runs the program once more, to its end: its exit status, and what it said, to the
+        byte. `inside` is a command that runs it."""
         result = subprocess.run(
-            [self._program, *options], capture_output=True, text=True, timeout=DEADLINE,
-            **self._surroundings())
-        return result.returncode, result.stdout + result.stderr
+            [*inside, self._program, *options], capture_output=True, timeout=DEADLINE,
+            **{**self._surroundings(), **surroundings})
+        return result.returncode, (result.stdout + result.stderr).decode()
 
     def send_signal(self, number):
         self._process.send_signal(number)
@@ -58,6 +58,11 @@ class ServiceProcess:
     def id(self):
         return self._process.pid
 
+    def is_halted(self):
+        """Whether a signal has brought it to a standstill."""
+        status = Path(f"/proc/{self.id}/stat").read_text()
+        return status.rpartition(")")[2].split()[0] in "Tt"
+
     def open_sockets(self):
         """How many the process holds, also such as their peer has left."""
         count = 0
@@ -69,8 +74,6 @@ class ServiceProcess:
     def said(self):
         return self._terminal.read_text()
 
-    @staticmethod
-    def _surroundings():
-        environment = {**os.environ, "TZ": ZONE_NAME}
-        return {"cwd": "/", "env": environment, "stdin": subprocess.DEVNULL,
-                "preexec_fn": _prepare}
+    def _surroundings(self):
+        return {"cwd": "/", "env": {**os.environ, **self.environment},
+                "stdin": subprocess.DEVNULL, "preexec_fn": _prepare}

@@ -11,3 +11,9 @@ PAGE_END = b"</body>\r\n</html>"
 def listed_ports(page):
     """How many rows the list on the page has: each links to the charts of its port."""
     return page.count(b"<a href=hist45-")
+
+
+def unstorable_list(word):
+    """A list that is answered and cannot be stored, since its name is none of a file: one
+    failure, whose text quotes the name."""
+    return f"switch-access-port-top10-{word}/"

@@ -3,9 +3,11 @@ served at first."""
 import signal
 import time
 import unittest
+from contextlib import ExitStack, suppress
 
 import fleet
-from event_file import NOTICE, STARTED, STOPPED
+from event_file import FAILURE, NOTICE, STARTED, STOPPED
+from waiting import DEADLINE
 
 STOPPED_BY = {signal.SIGTERM: fleet.declare(), signal.SIGINT: fleet.declare()}
 
@@ -61,6 +63,48 @@ class StopBeforeTheListenerOpens(unittest.TestCase):
         self.SITE.process.send_signal(signal.SIGTERM)
         self.assertEqual(self.SITE.process.wait_until_over(), 0)
         self.assertEqual(self.SITE.event_texts(), [STOPPED])
+        self.assertEqual(self.SITE.listener_row()[1], "Not Started")
+
+
+class StopWithoutTheDatabase(unittest.TestCase):
+    SITE = fleet.declare()
+
+    def test_it_is_one_failure_more_and_ends_as_well(self):
+        self.SITE.remove("Quillon.mdb")
+        self.SITE.process.send_signal(signal.SIGTERM)
+        self.assertEqual(self.SITE.process.wait_until_over(), 0)
+        *before, failure = self.SITE.events()
+        self.assertEqual([event.text for event in before], [STARTED, STOPPED])
+        self.assertEqual((failure.type, failure.source),
+                         (FAILURE, "modQuillonWeb_ServiceClose"))
+        self.assertIn("Quillon.mdb", failure.text)
+
+
+class StopAmongClientsThatNeverPause(unittest.TestCase):
+    """Each text without a line end is a failure, whose half second nests on the stop's waits."""
+    SITE = fleet.declare()
+    CLIENTS = 15
+    PAUSE = 0.05  # seconds between two texts of a client
+
+    @classmethod
+    def setUpClass(cls):
+        with ExitStack() as stack:
+            clients = [stack.enter_context(cls.SITE.connect()) for _ in range(cls.CLIENTS)]
+            begin = time.monotonic()
+            cls.SITE.process.send_signal(signal.SIGTERM)
+            while cls.SITE.process.is_running() and time.monotonic() < begin + DEADLINE:
+                for client in clients:
+                    with suppress(OSError):  # the service has gone
+                        client.send(b"x")
+                time.sleep(cls.PAUSE)
+            cls.seconds = time.monotonic() - begin
+        cls.SITE.process.kill()
+
+    def test_it_ends_after_ten_seconds_all_the_same(self):
+        self.assertLess(self.seconds, 20)
+        self.assertEqual(self.SITE.process.wait_until_over(), 0)
+
+    def test_the_row_says_that_nothing_is_started(self):
         self.assertEqual(self.SITE.listener_row()[1], "Not Started")
 
 
