@@ -19,15 +19,21 @@ START_WAIT = 30.0  # seconds from the start state to the tick that opens the lis
 SERVER_CORE = "0"
 CLIENT_CORE = "1"
 
+_handed_out: set[int] = set()  # ports that belong to a service, which may not have bound it yet
+
 
 def pinned(core: str, *command) -> list[str]:
     return ["taskset", "-c", core, *map(str, command)]
 
 
 def free_port() -> int:
-    with socket.socket() as probe:
-        probe.bind((HOST, 0))
-        return probe.getsockname()[1]
+    while True:
+        with socket.socket() as probe:
+            probe.bind((HOST, 0))
+            port = probe.getsockname()[1]
+        if port not in _handed_out:
+            _handed_out.add(port)
+            return port
 
 
 def accepts(port: int) -> bool:
@@ -58,13 +64,14 @@ def make_installation(name: str) -> Path:
 class Service:
     """The program in an installation, from its start to its stop."""
 
-    def __init__(self, directory: Path, core: Optional[str] = None):
+    def __init__(self, directory: Path, core: Optional[str] = None, with_agent: bool = False):
         self.port = free_port()
-        # No agent, since its opening waits a second before the listener's; and the day's
-        # report counts as imported, else the nightly work would run beside the measuring.
+        # Most go without the agent, since its opening waits a second before the listener's; and
+        # the day's report counts as imported, else the nightly work would run beside the
+        # measuring.
         sql(directory / "Quillon.mdb",
             f"UPDATE Settings_WebServer SET IpAddr = '{HOST}', TcpPort = {self.port};"
-            "UPDATE Settings_SnmpAgent SET Enabled = 0;")
+            f"UPDATE Settings_SnmpAgent SET Enabled = {int(with_agent)};")
         sql(directory / "History.mdb",
             "UPDATE General_Info SET LastImport = datetime('now', 'localtime');")
         program = (directory / "quillonweb").resolve()

@@ -12,6 +12,7 @@ import time
 from pathlib import Path
 
 import cached_page
+import events
 import idle
 import pieces
 import uncached_top10
@@ -22,6 +23,7 @@ BENCHMARKS = {
     "cached_page": cached_page.measure,
     "uncached_top10": uncached_top10.measure,
     "idle": idle.measure,
+    "events": events.measure,
     "pieces": pieces.measure,
 }
 
