@@ -153,7 +153,7 @@ TEST(TextEncoding, FirstCharactersOfBrokenUtf8AreABeginningOfIt) {
                                "a\xC3",      "\xF0\x9F\x98",     "\xC3(z"};
   for (const std::string& text : texts) {
     for (std::size_t count = 0; count <= text.size() + 2; ++count) {
-      const std::string_view first = FirstCharacters(text, count, "UTF-8");
+      const std::string first = FirstCharacters(text, count, "UTF-8");
       EXPECT_TRUE(text.starts_with(first)) << testing::PrintToString(text) << count;
     }
     EXPECT_EQ(FirstCharacters(text, text.size(), "UTF-8"), text) << testing::PrintToString(text);
