@@ -12,6 +12,15 @@ IDLE = fleet.declare_idle()
 
 ALREADY_RUNNING = "The Quillon Web Service is already running.\n"
 INVALID_OPTION = "Quillon: Invalid command option.\n"
+DATABASE_MESSAGE = """Quillon: Error when accessing the Database.
+
+The Microsoft Data Access Components (MDAC) 2.5 or greater must be
+installed on the computer. The MDAC 2.5 could be found on:
+
+https://quillon.example/database
+
+or on the Quillon CD-ROM in the MDAC directory.
+"""
 
 
 def setUpModule():
@@ -76,6 +85,17 @@ class Options(unittest.TestCase):
             with self.subTest(options=options):
                 self.assertEqual(IDLE.process.run_beside(*options), (1, INVALID_OPTION))
         self.assertEqual(IDLE.names("Debug"), [])
+
+
+class FailureBeforeTheServiceRuns(unittest.TestCase):
+    """With so few descriptors, the directory of the program cannot be opened any more."""
+    FEW_DESCRIPTORS = ["prlimit", "--nofile=6"]
+
+    def test_it_is_told_as_one_of_the_database_with_the_reason_behind_it(self):
+        status, words = IDLE.process.run_beside(inside=self.FEW_DESCRIPTORS)
+        self.assertEqual(status, 1)
+        self.assertEqual(
+            words, DATABASE_MESSAGE + f"\ncannot lock {IDLE.path}: Too many open files\n")
 
 
 if __name__ == "__main__":
