@@ -22,19 +22,6 @@ constexpr int kEventsPerPump = 256;  // so that a handler that posts itself cann
 constexpr std::chrono::milliseconds kSlice{10};       // the sleep between two pumps of a wait
 constexpr std::chrono::milliseconds kPatience{1000};  // of a job that requests hold up
 
-// Sets a flag while it lives, and then sets it back.
-class ScopedFlag {
- public:
-  ScopedFlag(bool& flag, bool value) : flag_(flag), before_(std::exchange(flag, value)) {}
-  ~ScopedFlag() { flag_ = before_; }
-  ScopedFlag(const ScopedFlag&) = delete;
-  ScopedFlag& operator=(const ScopedFlag&) = delete;
-
- private:
-  bool& flag_;
-  bool before_;
-};
-
 }  // namespace
 
 struct EventLoop::Implementation {
@@ -185,11 +172,7 @@ void EventLoop::DelayMs(std::int16_t milliseconds) {
 }
 
 EventLoop::RequestMark::RequestMark(EventLoop& loop)
-    : inRequest_(loop.implementation_->inRequest), before_(std::exchange(inRequest_, true)) {}
-
-EventLoop::RequestMark::~RequestMark() {
-  inRequest_ = before_;
-}
+    : inRequest_(loop.implementation_->inRequest, true) {}
 
 bool EventLoop::HasOverdueJob() const {
   const std::int64_t limit = clock_.TickMs() - kPatience.count();

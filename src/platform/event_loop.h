@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "platform/clock.h"
+#include "platform/scoped_flag.h"
 
 namespace asio {
 class io_context;
@@ -48,13 +49,9 @@ class EventLoop {
   class RequestMark {
    public:
     explicit RequestMark(EventLoop& loop);
-    ~RequestMark();
-    RequestMark(const RequestMark&) = delete;
-    RequestMark& operator=(const RequestMark&) = delete;
 
    private:
-    bool& inRequest_;
-    bool before_;
+    ScopedFlag inRequest_;
   };
 
   // True while a wait outside of all requests has been lasting a second longer than it should,

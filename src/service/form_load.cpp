@@ -9,6 +9,7 @@
 #include "platform/program_path.h"
 #include "service/connection_strings.h"
 #include "service/error_exit.h"
+#include "service/exit_status.h"
 #include "service/lifecycle.h"
 
 namespace quillon {
@@ -17,9 +18,6 @@ namespace {
 constexpr const char* kServiceName = "Quillon Web";
 constexpr std::string_view kModule = "frmQuillonWeb";
 constexpr std::string_view kProcedure = "Form_Load";
-
-constexpr int kDone = 0;
-constexpr int kFailed = 1;  // also of a process that was refused
 
 // How far the command line has been carried out, for the message of a failure.
 enum class Phase { kEmpty, kInstall, kUninstall };
@@ -39,12 +37,12 @@ constexpr const char* kTitle = "Quillon: ";
 
 int Refuse(const std::string& message) {
   std::cerr << message << std::endl;
-  return kFailed;
+  return kExitFailed;
 }
 
 int Confirm(const std::string& message) {
   std::cout << message << std::endl;
-  return kDone;
+  return kExitDone;
 }
 
 std::string FailureMessage(Phase phase) {
@@ -74,7 +72,7 @@ int Install(ServiceContext& context, const std::string& commandLine, Phase& phas
   phase = Phase::kInstall;
   context.registry.InstallService(kServiceName, settings.AppPath);
   Notice(context, "Service Installed");
-  if (commandLine == "-install_noMsg") return kDone;
+  if (commandLine == "-install_noMsg") return kExitDone;
   return Confirm(std::string(kTitle) + "Quillon Web Service Installed Successfully.");
 }
 
@@ -108,7 +106,7 @@ int CarryOut(ServiceContext& context, const std::string& commandLine, Phase& pha
 
 int Form_Load(ServiceContext& context, const std::string& commandLine) {
   Phase phase = Phase::kEmpty;
-  int status = kFailed;
+  int status = kExitFailed;
   std::string reason;
   const bool ended = ErrorExit(
       context.diagnostics, kModule, kProcedure,

@@ -1,23 +1,12 @@
 // The pass and its order.
 #include "service/hourly_pass.h"
 
+#include "platform/scoped_flag.h"
 #include "service/debug_folder.h"
 #include "service/stored_settings.h"
 
 namespace quillon {
 namespace {
-
-// Says that a job is running while it lives, however the job ends.
-class JobMark {
- public:
-  explicit JobMark(bool& running) : running_(running) { running_ = true; }
-  ~JobMark() { running_ = false; }
-  JobMark(const JobMark&) = delete;
-  JobMark& operator=(const JobMark&) = delete;
-
- private:
-  bool& running_;
-};
 
 void RunDailyJobs(const DailyJobs& jobs) {
   bool done = false;
@@ -35,7 +24,7 @@ std::int16_t HourNow(const ServiceContext& context) {
 
 void HourlyPass(ServiceContext& context) {
   if (context.jobRunning || HourNow(context) == context.LastHour) return;
-  const JobMark mark(context.jobRunning);
+  const ScopedFlag running(context.jobRunning, true);
   RefreshSettings(context);
   RunDailyJobs(context.jobs);
   // The work may have taken hours, so the hour is asked for again.

@@ -5,6 +5,7 @@
 #include "service/connection_strings.h"
 #include "service/debug_folder.h"
 #include "service/error_exit.h"
+#include "service/exit_status.h"
 #include "service/morvane_ini.h"
 #include "service/sockets.h"
 #include "service/stored_settings.h"
@@ -22,8 +23,6 @@ constexpr std::int16_t kCloseWaitMs = 1000;  // after it
 // The waits of a stop last longer while clients ask on: each request that fails inside them
 // holds them up for its own half second. After so long the service ends all the same.
 constexpr std::chrono::seconds kLongestStop{10};
-
-constexpr int kFailed = 1;  // exit status of a service that could not start
 
 void SetConnectionStrings(Settings& settings) {
   settings.ConnMain = ConnectionString(settings, "\\Quillon.mdb");
@@ -50,7 +49,7 @@ void StartService(ServiceContext& context) {
   SetMorvaneDir(context, ReadGeneralSettings(settings));
   if (!FileExists(MorvaneIniPath(settings))) {
     NoticeFromState(context, settings.MorvaneDir + "\\Morvane.ini Not Found", EventType::kFailure);
-    context.exitStatus = kFailed;
+    context.exitStatus = kExitFailed;
     context.loop.Quit();
     return;
   }

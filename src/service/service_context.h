@@ -14,6 +14,7 @@
 #include "platform/text_encoding.h"
 #include "service/daily_jobs.h"
 #include "service/diagnostics.h"
+#include "service/exit_status.h"
 #include "service/language_words.h"
 #include "service/settings.h"
 #include "service/trap_target.h"
@@ -42,7 +43,7 @@ struct ServiceContext {
   bool jobRunning = false;        // an hourly pass or a job of the operator is on the stack
   bool stopping = false;          // state 0 has begun
   std::string serviceError = {};  // the last one that the service manager's side told
-  int exitStatus = 0;             // of the process
+  int exitStatus = kExitDone;     // of the process
 };
 
 }  // namespace quillon

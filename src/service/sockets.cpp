@@ -15,6 +15,7 @@ namespace quillon {
 namespace {
 
 constexpr std::string_view kModule = "modQuillonWeb";
+constexpr std::string_view kAgent = "snmpAgent";
 constexpr std::string_view kListener = "tcpServer";
 constexpr const char* kListenerTable = "Settings_WebServer";
 
@@ -27,11 +28,10 @@ struct KnownFailure {
 };
 
 constexpr KnownFailure kKnownFailures[] = {
-    {"snmpAgent", SocketFailure::Code::kAddressInUse, "SNMP Agent Port was in use",
-     "Port was in use"},
-    {"snmpAgent", SocketFailure::Code::kAddressNotAvailable, "SNMP Agent IP Address is not valid",
+    {kAgent, SocketFailure::Code::kAddressInUse, "SNMP Agent Port was in use", "Port was in use"},
+    {kAgent, SocketFailure::Code::kAddressNotAvailable, "SNMP Agent IP Address is not valid",
      "IP Address is not valid"},
-    {"tcpServer", SocketFailure::Code::kAddressNotAvailable, "TCP Server IP Address is not valid",
+    {kListener, SocketFailure::Code::kAddressNotAvailable, "TCP Server IP Address is not valid",
      ""},
 };
 
@@ -42,7 +42,7 @@ struct Socket {
 };
 
 constexpr Socket kSockets[] = {
-    {"snmpAgent", "Settings_SnmpAgent", OpenAgentByRow},
+    {kAgent, "Settings_SnmpAgent", OpenAgentByRow},
     {kListener, kListenerTable, OpenListenerByRow},
 };
 
