@@ -258,8 +258,8 @@ void Listener::Implementation::WaitForText(ConnectionId id, const ConnectionPtr&
                                 });
 }
 
-// Reads now, or queues behind those that are held back: first come, first
-// served, so that nobody can keep the others out.
+// Reads now, or queues behind those that are held back: first come, first served, so that
+// nobody can keep the others out.
 void Listener::Implementation::TakeReadable(ConnectionId id, const ConnectionPtr& connection) {
   if (!HoldsBack() && readable_.empty()) return ReadText(id, connection);
   readable_.push_back({id, connection});
@@ -347,7 +347,8 @@ void Listener::Implementation::ResumeHeldBack() {
   asio::post(acceptor_.get_executor(), [this] { ResumeReadable(); });
 }
 
-// A job that goes on tells nobody, so it is asked for.
+// A job that goes on tells nobody, so it is asked for. Whoever finds that something has to be
+// held back (still) calls this: a turn that was called is gone.
 void Listener::Implementation::ResumeLater() {
   const bool holdsSomething = heldClient_ || !unwatched_.empty() || !readable_.empty();
   if (!holdsSomething || std::exchange(resumesLater_, true)) return;
@@ -360,7 +361,8 @@ void Listener::Implementation::ResumeLater() {
 }
 
 void Listener::Implementation::ResumeClient() {
-  if (HoldsBack() || !heldClient_) return;
+  if (HoldsBack()) return ResumeLater();
+  if (!heldClient_) return;
   tcp::socket client = std::move(*heldClient_);
   heldClient_.reset();
   AddClient(std::move(client));
@@ -368,7 +370,7 @@ void Listener::Implementation::ResumeClient() {
 
 void Listener::Implementation::ResumeReadable() {
   resuming_ = false;
-  if (HoldsBack()) return;  // the end of an event above calls again
+  if (HoldsBack()) return ResumeLater();
   while (!readable_.empty()) {
     const auto [id, connection] = readable_.front();
     readable_.pop_front();

@@ -313,6 +313,52 @@ TEST_F(BusyClientsTest, ClientThatComesMeanwhileIsTakenAfterwards) {
   EXPECT_EQ(events.connected.size(), 4u);
 }
 
+// The next job becomes overdue between the moment at which what was held back is called and its
+// turn. Nobody else ever calls it again.
+class SecondJobTest : public ListenerNestingTest {
+ protected:
+  // Runs a job that is overdue when the posted event has run, and stays so until its end.
+  void RunOverdueJob(const std::function<void()>& others) {
+    loop.Post([this, others] {
+      loop.Post([this] { BecomeOverdue(); });
+      others();
+      loop.DelayMs(50);
+    });
+    loop.Pump();
+  }
+
+  // The two timers fall due together, that of the listener first.
+  void RunJobThatIsOverdueBehindTheCall() {
+    const auto jump = loop.Every(std::chrono::milliseconds(15), [this] { BecomeOverdue(); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(40));
+    loop.Post([this] { loop.DelayMs(50); });
+    loop.Pump();
+  }
+
+  void SettleLong() {
+    for (int round = 0; round < 10; ++round) Settle();
+  }
+
+ private:
+  void BecomeOverdue() { clock.Advance(std::chrono::seconds(5)); }
+};
+
+TEST_F(SecondJobTest, TextIsNotForgotten) {
+  ConnectClients(1);
+  RunOverdueJob([&] { ClientOf(1).Send("r"); });
+  RunJobThatIsOverdueBehindTheCall();
+  SettleLong();
+  EXPECT_EQ(events.log, (Log{"data 1", "end 1"}));
+}
+
+TEST_F(SecondJobTest, ClientIsNotForgotten) {
+  Client late;
+  RunOverdueJob([&] { late = ConnectUnnoticed(); });
+  RunJobThatIsOverdueBehindTheCall();
+  SettleLong();
+  EXPECT_EQ(events.log, Log{"connected 1"});
+}
+
 TEST_F(BusyClientsTest, WaitsOfRequestsHaveNoPrecedence) {
   bool overdue = false;
   const auto request = inside;
