@@ -42,7 +42,9 @@ std::string DataSource(const std::string& connectionString) {
 class Connection::Handle {
  public:
   Handle(const std::string& path, int flags) : file_(FileName(path)) {
-    const int result = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
+    // One thread uses the handle: locks inside the engine would be for nothing.
+    const int result =
+        sqlite3_open_v2(path.c_str(), &handle_, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     if (result != SQLITE_OK) {
       const std::string reason = sqlite3_errmsg(handle_);
       sqlite3_close(handle_);
@@ -97,8 +99,8 @@ void Recordset::MoveNext() {
 Value Recordset::Field(std::string_view name) const {
   return Opened().Field(name);
 }
-void Recordset::SetField(std::string_view name, const Value& value) {
-  Opened().SetField(name, value);
+void Recordset::SetField(std::string_view name, Value value) {
+  Opened().SetField(name, std::move(value));
 }
 void Recordset::AddNew() {
   Opened().AddNew();
@@ -108,6 +110,9 @@ void Recordset::Update() {
 }
 void Recordset::Delete() {
   Opened().Delete();
+}
+int Recordset::DeleteRows(int count) {
+  return Opened().DeleteRows(count);
 }
 std::int64_t Recordset::RecordCount() const {
   return Opened().RecordCount();
@@ -122,9 +127,10 @@ Connection::~Connection() = default;
 void Connection::Open(const std::string& connectionString) {
   path_ = DataSource(connectionString);
   if (!FileExists(path_)) throw DatabaseFailure(FileName(path_) + ": the database file is missing");
-  reader_ = std::make_unique<Handle>(path_, SQLITE_OPEN_READONLY);
-  reader_->RunPragma("PRAGMA schema_version");  // reads the file: says here if it is no database
-  GuardReader(reader_->get());
+  auto reader = std::make_unique<Handle>(path_, SQLITE_OPEN_READONLY);
+  reader->RunPragma("PRAGMA schema_version");  // reads the file: says here if it is no database
+  GuardReader(reader->get());
+  reader_ = std::move(reader);
 }
 
 void Connection::Close() {
@@ -132,8 +138,23 @@ void Connection::Close() {
   writer_.reset();
 }
 
-Recordset Connection::Execute(const std::string& select) {
-  return Recordset(MakeSelectSource(Reader(), FileName(path_), select));
+Recordset Connection::Execute(const std::string& select, SelectTime time) {
+  return Recordset(MakeSelectSource(Reader(), FileName(path_), select, time));
+}
+
+bool Connection::BeginWrites() {
+  sqlite3* writer = Writer();
+  sqlite3_busy_timeout(writer, 0);
+  const int result = sqlite3_exec(writer, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+  sqlite3_busy_timeout(writer, kBusyTimeoutMs);
+  if (result == SQLITE_BUSY) return false;
+  if (result != SQLITE_OK) throw DatabaseFailure(FileName(path_) + ": " + sqlite3_errmsg(writer));
+  return true;
+}
+
+void Connection::CommitWrites() {
+  if (!writer_ || sqlite3_get_autocommit(writer_->get()) != 0) return;
+  SqliteStatement::PrepareOnly(writer_->get(), FileName(path_), "COMMIT").Run();
 }
 
 sqlite3* Connection::Reader() {
@@ -143,7 +164,13 @@ sqlite3* Connection::Reader() {
 
 sqlite3* Connection::Writer() {
   if (!reader_) throw DatabaseFailure("the connection is closed");
-  if (!writer_) writer_ = std::make_unique<Handle>(path_, SQLITE_OPEN_READWRITE);
+  if (!writer_) {
+    auto writer = std::make_unique<Handle>(path_, SQLITE_OPEN_READWRITE);
+    // Commits reach the disk in their order, but not each at once: a power cut may take the last
+    // seconds of a job, and leaves a state that was there before.
+    writer->RunPragma("PRAGMA synchronous=NORMAL");
+    writer_ = std::move(writer);
+  }
   return writer_->get();
 }
 

@@ -38,21 +38,29 @@ class Value {
   std::string AsText() const;
   // A whole number of 32 bits, ties to even; OverflowFailure beyond.
   std::int32_t AsLong() const;
+  // The same of 16 bits.
+  std::int16_t AsInteger16() const;
+  // A 32-bit float; OverflowFailure beyond its range.
+  float AsSingle() const;
   double AsNumber() const;
   DateTime AsDate() const;
   bool AsBoolean() const;
 
-  // For failure texts: the field that the value was read from.
-  void SetName(std::string name) { name_ = std::move(name); }
+  // For failure texts: the field that the value was read from. Shared, since a walk over a large
+  // table makes many values of few fields.
+  void SetName(std::shared_ptr<const std::string> name) { name_ = std::move(name); }
 
  private:
+  std::string_view Name() const;
   [[noreturn]] void FailConversion(std::string_view wanted) const;
+  template <typename Number>
+  Number Converted(Number (*convert)(double)) const;
 
   Type type_ = Type::kNull;
-  std::int64_t integer_ = 0;  // integers and booleans
+  std::int64_t integer_ = 0;  // integers, booleans, and dates as milliseconds of DateTime
   double real_ = 0;           // reals and singles
-  std::string text_;          // texts, and dates as they are stored
-  std::string name_;
+  std::string text_;          // texts
+  std::shared_ptr<const std::string> name_;
 };
 
 class Connection;
@@ -60,6 +68,10 @@ class Connection;
 // How a table is opened: cursor and lock as the procedures name them.
 enum class CursorType { kStatic = 3 };
 enum class LockType { kReadOnly = 1, kOptimistic = 3 };
+
+// How long a select may work inside the engine before it is stopped: 2 s, or as long as it takes
+// for one that holds no text of a request and walks a table of any size.
+enum class SelectTime { kLimited, kUnlimited };
 
 class Recordset {
  public:
@@ -81,11 +93,14 @@ class Recordset {
   Value Field(std::string_view name) const;
 
   // Changes of the current row, or of the one that AddNew began, stored by Update.
-  void SetField(std::string_view name, const Value& value);
+  void SetField(std::string_view name, Value value);
   void AddNew();
   void Update();
   // Deletes the current row; MoveNext goes on behind it.
   void Delete();
+  // Deletes the current row and those behind it, `count` in all or as many as there are, in one
+  // stroke, and stands behind them. Returns how many it went past.
+  int DeleteRows(int count);
 
   // Number of rows of a table opened as a whole.
   std::int64_t RecordCount() const;
@@ -117,8 +132,15 @@ class Connection {
 
   // Runs one select, forward-only and read-only. The text may come from anybody: a
   // second statement, a write, another file, a pragma and a select that works for more
-  // than 2 s are refused with a DatabaseFailure, and nothing is changed.
-  Recordset Execute(const std::string& select);
+  // than its time are refused with a DatabaseFailure, and nothing is changed.
+  Recordset Execute(const std::string& select, SelectTime time = SelectTime::kLimited);
+
+  // Lets the rows that recordsets of this connection store from here on go into the file
+  // together: row by row each of them is a commit, which costs many times the row. False, at
+  // once, where another program is writing. Until CommitWrites nobody else can write to the file.
+  bool BeginWrites();
+  // Nothing where no writes have begun, or the engine gave them up in a failure of its own.
+  void CommitWrites();
 
  private:
   friend class Recordset;

@@ -4,6 +4,7 @@
 #include "platform/database.h"
 #include "platform/failure.h"
 #include "platform/number_text.h"
+#include "platform/text_encoding.h"
 
 namespace quillon {
 namespace {
@@ -11,8 +12,17 @@ namespace {
 constexpr std::string_view kMidnight = " 00:00:00";
 
 // "2024-05-01 00:00:00" shows as the day alone.
-std::string DateDisplay(const std::string& stored) {
-  return stored.ends_with(kMidnight) ? stored.substr(0, stored.size() - kMidnight.size()) : stored;
+std::string DateDisplay(DateTime moment) {
+  std::string text = DateTimeText(moment);
+  if (text.ends_with(kMidnight)) text.resize(text.size() - kMidnight.size());
+  return text;
+}
+
+// A field may hold megabytes; its failure is one line.
+std::string Shortened(const std::string& text) {
+  constexpr std::size_t kShown = 100;  // characters
+  const std::string start = FirstCharacters(text, kShown, "UTF-8");
+  return start == text ? text : start + "...";
 }
 
 }  // namespace
@@ -48,7 +58,7 @@ Value Value::Text(std::string text) {
 Value Value::Date(DateTime moment) {
   Value value;
   value.type_ = Type::kDate;
-  value.text_ = DateTimeText(moment);
+  value.integer_ = moment.time_since_epoch().count();
   return value;
 }
 
@@ -70,7 +80,7 @@ std::string Value::AsText() const {
     case Type::kText:
       return text_;
     case Type::kDate:
-      return DateDisplay(text_);
+      return DateDisplay(AsDate());
     case Type::kBoolean:
       return integer_ != 0 ? "True" : "False";
     case Type::kNull:
@@ -98,16 +108,30 @@ double Value::AsNumber() const {
   FailConversion("a number");
 }
 
-std::int32_t Value::AsLong() const {
+template <typename Number>
+Number Value::Converted(Number (*convert)(double)) const {
   try {
-    return NumberToLong(AsNumber());
+    return convert(AsNumber());
   } catch (const OverflowFailure& failure) {
-    throw OverflowFailure(fmt::format("field {}: {}", name_, failure.what()));
+    throw OverflowFailure(fmt::format("field {}: {}", Name(), failure.what()));
   }
 }
 
+std::int32_t Value::AsLong() const {
+  return Converted(NumberToLong);
+}
+
+std::int16_t Value::AsInteger16() const {
+  return Converted(NumberToInteger16);
+}
+
+float Value::AsSingle() const {
+  return Converted(NumberToSingle);
+}
+
 DateTime Value::AsDate() const {
-  if (type_ == Type::kDate || type_ == Type::kText) {
+  if (type_ == Type::kDate) return DateTime(DateTime::duration(integer_));
+  if (type_ == Type::kText) {
     if (const auto moment = ParseDateTime(text_)) return *moment;
   }
   FailConversion("a date");
@@ -119,9 +143,13 @@ bool Value::AsBoolean() const {
   return AsNumber() != 0;
 }
 
+std::string_view Value::Name() const {
+  return name_ ? std::string_view(*name_) : std::string_view();
+}
+
 void Value::FailConversion(std::string_view wanted) const {
-  const std::string held = IsNull() ? "null" : "\"" + AsText() + "\"";
-  throw FieldFailure(fmt::format("field {} holds {} and not {}", name_, held, wanted));
+  const std::string held = IsNull() ? "null" : "\"" + Shortened(AsText()) + "\"";
+  throw FieldFailure(fmt::format("field {} holds {} and not {}", Name(), held, wanted));
 }
 
 }  // namespace quillon

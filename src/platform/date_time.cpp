@@ -86,6 +86,10 @@ std::string DayText(DateTime moment) {
   return FormatDate(moment, "YYYY-MM-DD");
 }
 
+int DaysBetween(DateTime from, DateTime to) {
+  return static_cast<int>((floor<days>(to) - floor<days>(from)).count());
+}
+
 std::string DateTimeText(DateTime moment) {
   return DayText(moment) + " " + FormatTime(moment);
 }

@@ -38,6 +38,9 @@ std::string FormatTime(DateTime moment);
 // "YYYY-MM-DD": the form in which calendar days are compared.
 std::string DayText(DateTime moment);
 
+// Number of calendar-day boundaries from one moment to a later one; below 0 to an earlier one.
+int DaysBetween(DateTime from, DateTime to);
+
 // "YYYY-MM-DD HH:MM:SS": the form of the databases and of the event file.
 std::string DateTimeText(DateTime moment);
 

@@ -111,6 +111,21 @@ std::string FillWholePart(std::string_view pattern, std::string digits, bool neg
   return {reversed.rbegin(), reversed.rend()};
 }
 
+[[noreturn]] void FailRange(double number) {
+  throw OverflowFailure("number out of range: " + NumberText(number));
+}
+
+// Nearest whole number of that type, ties to even.
+template <typename Whole>
+Whole ToWhole(double number) {
+  const double rounded = RoundHalfEven(number);
+  if (!(rounded >= std::numeric_limits<Whole>::min() &&
+        rounded <= std::numeric_limits<Whole>::max())) {
+    FailRange(number);
+  }
+  return static_cast<Whole>(rounded);
+}
+
 }  // namespace
 
 std::string NumberText(double number) {
@@ -142,12 +157,18 @@ double LeadingNumber(std::string_view text) {
 }
 
 std::int32_t NumberToLong(double number) {
-  const double rounded = RoundHalfEven(number);
-  if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
-        rounded <= std::numeric_limits<std::int32_t>::max())) {
-    throw OverflowFailure("number out of range: " + NumberText(number));
+  return ToWhole<std::int32_t>(number);
+}
+
+std::int16_t NumberToInteger16(double number) {
+  return ToWhole<std::int16_t>(number);
+}
+
+float NumberToSingle(double number) {
+  if (!(std::abs(number) <= static_cast<double>(std::numeric_limits<float>::max()))) {
+    FailRange(number);
   }
-  return static_cast<std::int32_t>(rounded);
+  return static_cast<float>(number);
 }
 
 std::int32_t TextToLong(std::string_view text) {

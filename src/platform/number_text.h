@@ -29,6 +29,10 @@ double LeadingNumber(std::string_view text);
 std::int32_t TextToLong(std::string_view text);
 // A number as a 32-bit integer, ties to even. OverflowFailure beyond the range.
 std::int32_t NumberToLong(double number);
+// The same of 16 bits.
+std::int16_t NumberToInteger16(double number);
+// A number as a 32-bit float. OverflowFailure beyond the range.
+float NumberToSingle(double number);
 
 // Nearest whole number, ties to even: the rounding of all report figures.
 double RoundHalfEven(double number);

@@ -19,10 +19,11 @@ class Recordset::Source {
   virtual bool Eof() const = 0;
   virtual void MoveNext() = 0;
   virtual Value Field(std::string_view name) const = 0;
-  virtual void SetField(std::string_view, const Value&) { RefuseChange(); }
+  virtual void SetField(std::string_view, Value) { RefuseChange(); }
   virtual void AddNew() { RefuseChange(); }
   virtual void Update() { RefuseChange(); }
   virtual void Delete() { RefuseChange(); }
+  virtual int DeleteRows(int) { RefuseChange(); }
   virtual std::int64_t RecordCount() const { return -1; }  // not known before the last row
 
  protected:

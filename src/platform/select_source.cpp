@@ -4,7 +4,7 @@
 #include <chrono>
 #include <optional>
 
-#include "platform/sqlite_values.h"
+#include "platform/sqlite_columns.h"
 
 namespace quillon {
 namespace {
@@ -81,11 +81,12 @@ std::optional<SortedSelect> TakeApart(std::string_view select) {
 
 class SelectSource : public Recordset::Source {
  public:
-  SelectSource(sqlite3* handle, const std::string& file, const std::string& select)
+  SelectSource(sqlite3* handle, const std::string& file, const std::string& select, SelectTime time)
       : Source(file),
         handle_(handle),
+        time_(time),
         statement_(SqliteStatement::PrepareOnly(handle, file, select)),
-        names_(statement_.ColumnNames()) {
+        columns_(statement_) {
     if (const auto sorted = TakeApart(select)) SortIdsOnly(*sorted);
     Step();
   }
@@ -95,16 +96,17 @@ class SelectSource : public Recordset::Source {
 
   Value Field(std::string_view name) const override {
     if (!onRow_) FailNoRow();
-    const auto column = FindName(names_, name);
+    const auto column = columns_.Find(name);
     if (!column) FailNoField(name);
-    return ReadColumn(statement_, *column, names_[*column]);
+    return columns_.Read(statement_, *column);
   }
 
  private:
   // Only the time inside the engine counts against the limit, so a walk that pauses
   // between its rows is not cut off.
   void Step() {
-    const WorkLimit limit(handle_, worked_);
+    std::optional<WorkLimit> limit;
+    if (time_ == SelectTime::kLimited) limit.emplace(handle_, worked_);
     if (!ids_) {
       onRow_ = statement_.Step();
       return;
@@ -133,9 +135,10 @@ class SelectSource : public Recordset::Source {
   }
 
   sqlite3* handle_;
+  SelectTime time_;
   SqliteStatement statement_;           // the select, or one row by its id
   std::optional<SqliteStatement> ids_;  // the sorted ids, where the select is taken apart
-  std::vector<std::string> names_;
+  SqliteColumns columns_;
   bool onRow_ = false;
   WorkLimit::Clock::duration worked_{};
 };
@@ -143,8 +146,8 @@ class SelectSource : public Recordset::Source {
 }  // namespace
 
 std::unique_ptr<Recordset::Source> MakeSelectSource(sqlite3* handle, const std::string& file,
-                                                    const std::string& select) {
-  return std::make_unique<SelectSource>(handle, file, select);
+                                                    const std::string& select, SelectTime time) {
+  return std::make_unique<SelectSource>(handle, file, select, time);
 }
 
 }  // namespace quillon

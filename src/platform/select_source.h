@@ -11,6 +11,6 @@ namespace quillon {
 // Runs the select on a handle that outlives the rows. Raises DatabaseFailure for a text
 // that is not one statement of the handle's own tables, here or at the first row.
 std::unique_ptr<Recordset::Source> MakeSelectSource(sqlite3* handle, const std::string& file,
-                                                    const std::string& select);
+                                                    const std::string& select, SelectTime time);
 
 }  // namespace quillon

@@ -78,7 +78,7 @@ double SqliteStatement::Real(int column) const {
   return sqlite3_column_double(statement_.get(), column);
 }
 
-std::string SqliteStatement::Text(int column) const {
+std::string_view SqliteStatement::TextView(int column) const {
   const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_.get(), column));
   if (bytes == nullptr) return {};
   return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
@@ -115,14 +115,6 @@ std::string QuotedName(std::string_view name) {
 bool SameName(std::string_view left, std::string_view right) {
   return left.size() == right.size() &&
          sqlite3_strnicmp(left.data(), right.data(), static_cast<int>(left.size())) == 0;
-}
-
-std::optional<std::size_t> FindName(const std::vector<std::string>& names,
-                                    std::string_view wanted) {
-  for (std::size_t place = 0; place < names.size(); ++place) {
-    if (SameName(names[place], wanted)) return place;
-  }
-  return std::nullopt;
 }
 
 }  // namespace quillon

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +30,10 @@ class SqliteStatement {
     Reset();
     int position = 0;
     (Bind(++position, values), ...);
+    Finish();
+  }
+  // Runs the statement with the values that are bound to its end.
+  void Finish() {
     while (Step()) {
     }
     Reset();
@@ -52,7 +55,9 @@ class SqliteStatement {
   // The values of the row: null is 0 as a number and empty as a text.
   std::int64_t Integer(int column) const;
   double Real(int column) const;
-  std::string Text(int column) const;
+  std::string Text(int column) const { return std::string(TextView(column)); }
+  // The same without a copy, until the statement goes on.
+  std::string_view TextView(int column) const;
   bool IsNull(int column) const { return StorageType(column) == SQLITE_NULL; }
 
   // SQLITE_INTEGER, SQLITE_FLOAT, SQLITE_TEXT, SQLITE_BLOB or SQLITE_NULL.
@@ -79,8 +84,5 @@ std::string QuotedName(std::string_view name);
 
 // Whether two names are the same without regard to case, as in SQL.
 bool SameName(std::string_view left, std::string_view right);
-
-// Place of a name in a list, without regard to case.
-std::optional<std::size_t> FindName(const std::vector<std::string>& names, std::string_view wanted);
 
 }  // namespace quillon

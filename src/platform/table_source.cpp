@@ -3,13 +3,58 @@
 
 #include <fmt/format.h>
 
-#include <map>
+#include <algorithm>
+#include <optional>
 #include <vector>
 
-#include "platform/sqlite_values.h"
+#include "platform/sqlite_columns.h"
 
 namespace quillon {
 namespace {
+
+// Fields that were set and not stored yet, in the order of their setting.
+class Changes {
+ public:
+  void Set(std::size_t column, Value value) {
+    for (std::size_t place = 0; place < columns_.size(); ++place) {
+      if (columns_[place] != column) continue;
+      values_[place] = std::move(value);
+      return;
+    }
+    columns_.push_back(column);
+    values_.push_back(std::move(value));
+  }
+  void Forget() {
+    columns_.clear();
+    values_.clear();
+  }
+  bool empty() const { return columns_.empty(); }
+  const std::vector<std::size_t>& columns() const { return columns_; }
+  const std::vector<Value>& values() const { return values_; }
+
+ private:
+  std::vector<std::size_t> columns_;
+  std::vector<Value> values_;
+};
+
+// A statement that stores changes. It is prepared anew only where other columns have changed than
+// the last time: the rows of a loop are alike.
+class StoringStatement {
+ public:
+  template <typename Prepare>
+  SqliteStatement& For(const Changes& changes, Prepare&& prepare) {
+    if (!statement_ || columns_ != changes.columns()) {
+      statement_ = prepare();
+      columns_ = changes.columns();
+    }
+    statement_->Reset();
+    return *statement_;
+  }
+
+ private:
+  std::optional<SqliteStatement> statement_;
+  std::vector<std::size_t> columns_;
+};
 
 // A table opened as a whole: the ids of its rows at the time of opening, and a copy of the
 // row that the walk stands on. No read stays open between two calls, so the walk may pause
@@ -22,7 +67,7 @@ class TableSource : public Recordset::Source {
         table_(QuotedName(table)),
         lock_(lock),
         readRow_(Prepare("SELECT * FROM " + table_ + " WHERE rowid = ?")),
-        names_(readRow_.ColumnNames()) {
+        columns_(readRow_) {
     SqliteStatement ids = Prepare("SELECT rowid FROM " + table_ + " ORDER BY rowid");
     while (ids.Step()) ids_.push_back(ids.Integer(0));
     ReadFrom(0);
@@ -38,22 +83,19 @@ class TableSource : public Recordset::Source {
 
   Value Field(std::string_view name) const override {
     if (!onRow_) FailNoRow();
-    const auto column = FindName(names_, name);
-    if (!column) FailNoField(name);
-    return row_[*column];
+    return row_[Column(name)];
   }
 
-  void SetField(std::string_view name, const Value& value) override {
+  void SetField(std::string_view name, Value value) override {
     if (lock_ == LockType::kReadOnly) RefuseChange();
-    const auto column = FindName(names_, name);
-    if (!column) FailNoField(name);
+    const std::size_t column = Column(name);
     if (!adding_ && !onRow_) FailNoRow();
-    changes_[*column] = value;
+    changes_.Set(column, std::move(value));
   }
 
   void AddNew() override {
     if (lock_ == LockType::kReadOnly) RefuseChange();
-    changes_.clear();
+    changes_.Forget();
     adding_ = true;
   }
 
@@ -70,12 +112,34 @@ class TableSource : public Recordset::Source {
     if (lock_ == LockType::kReadOnly) RefuseChange();
     if (!onRow_) FailNoRow();
     onRow_ = false;
-    Prepare("DELETE FROM " + table_ + " WHERE rowid = ?").Run(ids_[position_]);
+    DeleteBetween(ids_[position_], ids_[position_]);
+  }
+
+  // In runs of ids without a gap, where no row can stand that was added meanwhile.
+  int DeleteRows(int count) override {
+    if (lock_ == LockType::kReadOnly) RefuseChange();
+    const std::size_t first = position_;
+    const std::size_t end = std::min(ids_.size(), first + static_cast<std::size_t>(count));
+    while (position_ < end) {
+      std::size_t last = position_;
+      while (last + 1 < end && ids_[last + 1] == ids_[last] + 1) ++last;
+      DeleteRun(last);
+      position_ = last + 1;
+    }
+    ForgetChanges();
+    ReadFrom(end);
+    return static_cast<int>(end - first);
   }
 
  private:
   SqliteStatement Prepare(const std::string& sql) const {
     return SqliteStatement::PrepareOnly(handle_, file(), sql);
+  }
+
+  std::size_t Column(std::string_view name) const {
+    const auto column = columns_.Find(name);
+    if (!column) FailNoField(name);
+    return *column;
   }
 
   // Stands on the first row at `position` or behind it that is still there.
@@ -92,40 +156,60 @@ class TableSource : public Recordset::Source {
 
   void CopyRow() {
     row_.clear();
-    for (std::size_t column = 0; column < names_.size(); ++column) {
-      row_.push_back(ReadColumn(readRow_, column, names_[column]));
+    for (std::size_t column = 0; column < columns_.size(); ++column) {
+      row_.push_back(columns_.Read(readRow_, column));
     }
   }
 
+  // The rows from the current one to that place. Where the engine refuses one of them, those
+  // before it go all the same; not where the file failed, and a whole group of writes with it.
+  void DeleteRun(std::size_t last) {
+    const bool inGroup = sqlite3_get_autocommit(handle_) == 0;
+    try {
+      DeleteBetween(ids_[position_], ids_[last]);
+    } catch (const DatabaseFailure&) {
+      if (inGroup && sqlite3_get_autocommit(handle_) != 0) throw;
+      for (std::size_t row = position_; row <= last; ++row) DeleteBetween(ids_[row], ids_[row]);
+    }
+  }
+
+  void DeleteBetween(std::int64_t first, std::int64_t last) {
+    if (!delete_) delete_ = Prepare("DELETE FROM " + table_ + " WHERE rowid BETWEEN ? AND ?");
+    delete_->Run(first, last);
+  }
+
   void ForgetChanges() {
-    changes_.clear();
+    changes_.Forget();
     adding_ = false;
   }
 
   void Insert() {
-    std::string columns;
-    std::string places;
-    for (const auto& [column, value] : changes_) {
-      columns += (columns.empty() ? "" : ", ") + QuotedName(names_[column]);
-      places += places.empty() ? "?" : ", ?";
-    }
-    const std::string row = changes_.empty() ? std::string(" DEFAULT VALUES")
-                                             : fmt::format(" ({}) VALUES ({})", columns, places);
-    SqliteStatement statement = Prepare("INSERT INTO " + table_ + row);
+    SqliteStatement& statement = insert_.For(changes_, [&] {
+      std::string names;
+      std::string places;
+      for (const std::size_t column : changes_.columns()) {
+        names += (names.empty() ? "" : ", ") + QuotedName(columns_.Name(column));
+        places += places.empty() ? "?" : ", ?";
+      }
+      return Prepare("INSERT INTO " + table_ +
+                     (names.empty() ? std::string(" DEFAULT VALUES")
+                                    : fmt::format(" ({}) VALUES ({})", names, places)));
+    });
     BindChanges(statement);
-    statement.Step();
+    statement.Finish();
   }
 
   void Change() {
-    std::string assignments;
-    for (const auto& [column, value] : changes_) {
-      assignments += (assignments.empty() ? "" : ", ") + QuotedName(names_[column]) + " = ?";
-    }
-    SqliteStatement statement =
-        Prepare("UPDATE " + table_ + " SET " + assignments + " WHERE rowid = ?");
+    SqliteStatement& statement = change_.For(changes_, [&] {
+      std::string assignments;
+      for (const std::size_t column : changes_.columns()) {
+        assignments += (assignments.empty() ? "" : ", ") + QuotedName(columns_.Name(column)) + "=?";
+      }
+      return Prepare("UPDATE " + table_ + " SET " + assignments + " WHERE rowid = ?");
+    });
     const int last = BindChanges(statement);
     statement.Bind(last, ids_[position_]);
-    statement.Step();
+    statement.Finish();
     if (sqlite3_changes(handle_) == 0) throw DatabaseFailure(file() + ": the row is gone");
     ReadFrom(position_);
   }
@@ -133,8 +217,8 @@ class TableSource : public Recordset::Source {
   // Binds the changed values from place 1 on; the place behind them.
   int BindChanges(SqliteStatement& statement) const {
     int place = 1;
-    for (const auto& [column, value] : changes_) {
-      BindValue(statement, place++, value, readRow_.DeclaredType(static_cast<int>(column)));
+    for (std::size_t i = 0; i < changes_.columns().size(); ++i) {
+      columns_.Bind(statement, place++, changes_.columns()[i], changes_.values()[i]);
     }
     return place;
   }
@@ -143,13 +227,16 @@ class TableSource : public Recordset::Source {
   std::string table_;
   LockType lock_;
   SqliteStatement readRow_;
-  std::vector<std::string> names_;
+  SqliteColumns columns_;
   std::vector<std::int64_t> ids_;
   std::vector<Value> row_;
   std::size_t position_ = 0;
   bool onRow_ = false;
   bool adding_ = false;
-  std::map<std::size_t, Value> changes_;  // by column
+  Changes changes_;
+  StoringStatement insert_;
+  StoringStatement change_;
+  std::optional<SqliteStatement> delete_;
 };
 
 }  // namespace

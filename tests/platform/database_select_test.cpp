@@ -45,6 +45,23 @@ TEST_F(DatabaseSelectTest, CountsUnderANameOfItsOwn) {
   EXPECT_EQ(rows.Field("total").AsText(), "2");
 }
 
+TEST_F(DatabaseSelectTest, FirstOfTwoColumnsOfOneNameIsMeant) {
+  AddNames({"a", "b"});
+  Recordset rows = connection.Execute("SELECT Id, Name AS id, Name FROM Samples");
+  for (const std::string id : {"1", "1", "1"}) EXPECT_EQ(rows.Field("Id").AsText(), id);
+  EXPECT_EQ(rows.Field("Name").AsText(), "a");
+  EXPECT_EQ(rows.Field("id").AsText(), "1");
+}
+
+TEST_F(DatabaseSelectTest, FieldsAreFoundInAnyOrderAndCase) {
+  AddNames({"a"});
+  Recordset rows = connection.Execute("SELECT Id, Name, Seen FROM Samples");
+  for (const std::string name : {"Name", "Id", "NAME", "name", "Seen", "Id"}) {
+    const std::string expected = name == "Id" ? "1" : name == "Seen" ? "" : "a";
+    EXPECT_EQ(rows.Field(name).IsNull() ? "" : rows.Field(name).AsText(), expected) << name;
+  }
+}
+
 TEST_F(DatabaseSelectTest, WithoutRowsIsAtItsEnd) {
   const Recordset rows = connection.Execute("SELECT * FROM Samples");
   EXPECT_TRUE(rows.Eof());

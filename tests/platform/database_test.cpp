@@ -1,31 +1,15 @@
 // Connections and tables opened as a whole, on real files: the types of fields, walks
 // with changes, and the failures of files and tables. Selects are in database_select_test.
-#include <sqlite3.h>
-
 #include <chrono>
 #include <filesystem>
 
 #include "platform/database_fixture.h"
+#include "support/other_writer.h"
 
 namespace quillon {
 namespace {
 
 using Type = Value::Type;
-
-// Another program that keeps the file locked for writing as long as this object lives.
-class ForeignLock {
- public:
-  explicit ForeignLock(const std::string& path) {
-    sqlite3_open(path.c_str(), &handle_);
-    sqlite3_exec(handle_, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-  }
-  ~ForeignLock() { sqlite3_close(handle_); }
-  ForeignLock(const ForeignLock&) = delete;
-  ForeignLock& operator=(const ForeignLock&) = delete;
-
- private:
-  sqlite3* handle_ = nullptr;
-};
 
 TEST_F(DatabaseTest, FieldHasTheTypeOfItsColumn) {
   Sql("INSERT INTO Samples VALUES"
@@ -298,7 +282,7 @@ TEST_F(DatabaseTest, ConnectionOpensAgainAfterClose) {
 
 TEST_F(DatabaseTest, LockedDatabaseIsReadButFailsAWriteAfterFiveSeconds) {
   AddNames({"a"});
-  const ForeignLock lock(installation.path() + "/Reports.mdb");
+  const OtherWriter other(installation.path() + "/Reports.mdb");
   const auto start = std::chrono::steady_clock::now();
   const std::string text = FailureText([&] {
     Recordset samples = OpenSamples();

@@ -108,7 +108,7 @@ TEST(Value, OfAWrongKindFailsWithTheFieldsName) {
       {"word as date", Value::Text("soon"), date},
   };
   for (Case& row : cases) {
-    row.value.SetName("InErrorsTot24H");
+    row.value.SetName(std::make_shared<const std::string>("InErrorsTot24H"));
     try {
       row.read(row.value);
       ADD_FAILURE() << row.what << " did not fail";
@@ -117,6 +117,27 @@ TEST(Value, OfAWrongKindFailsWithTheFieldsName) {
           << row.what << ": " << failure.what();
     }
   }
+}
+
+TEST(Value, FailureShowsTheBeginningOfALongText) {
+  Value value = Value::Text(std::string(99, 'x') + "\xC3\xA9" + std::string(1000000, 'y'));
+  value.SetName(std::make_shared<const std::string>("FreeRawM"));
+  try {
+    value.AsNumber();
+    FAIL();
+  } catch (const ConversionFailure& failure) {
+    EXPECT_EQ(std::string(failure.what()),
+              "field FreeRawM holds \"" + std::string(99, 'x') + "\xC3\xA9...\" and not a number");
+  }
+}
+
+TEST(Value, ReadsAsA16BitIntegerAndAsASingle) {
+  EXPECT_EQ(2, Value::Real(2.5).AsInteger16());
+  EXPECT_EQ(-32768, Value::Text("-32768").AsInteger16());
+  EXPECT_THROW(Value::Integer(32768).AsInteger16(), OverflowFailure);
+  EXPECT_EQ(0.1F, Value::Text("0.1").AsSingle());
+  EXPECT_THROW(Value::Real(1e39).AsSingle(), OverflowFailure);
+  EXPECT_THROW(Value().AsSingle(), ConversionFailure);
 }
 
 }  // namespace

@@ -91,5 +91,14 @@ TEST(DateTime, ArithmeticPassesTheEndsOfDaysMonthsAndYears) {
   EXPECT_EQ("2025-01-01", DayText(MakeDateTime({2024, 12, 31}) + hours(24)));
 }
 
+TEST(DateTime, DaysBetweenTwoMomentsAreTheMidnightsBetweenThem) {
+  const DateTime evening = MakeDateTime({2024, 2, 28, 23, 59, 59, 999});
+  EXPECT_EQ(0, DaysBetween(MakeDateTime({2024, 2, 28}), evening));
+  EXPECT_EQ(1, DaysBetween(evening, MakeDateTime({2024, 2, 29})));
+  EXPECT_EQ(2, DaysBetween(evening, MakeDateTime({2024, 3, 1, 23, 59, 59})));
+  EXPECT_EQ(-1, DaysBetween(MakeDateTime({2024, 2, 29}), evening));
+  EXPECT_EQ(366, DaysBetween(MakeDateTime({2024, 1, 1}), MakeDateTime({2025, 1, 1})));
+}
+
 }  // namespace
 }  // namespace quillon

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 
@@ -276,6 +277,26 @@ TEST(Trimmed, TakesBlanksAwayAndNothingElse) {
   } rows[] = {{"", ""},        {"   ", ""},        {"a", "a"},         {"  a b  ", "a b"},
               {"\ta ", "\ta"}, {" \r\n ", "\r\n"}, {"a\xA0 ", "a\xA0"}};
   for (const auto& row : rows) EXPECT_EQ(row.trimmed, Trimmed(row.text)) << "'" << row.text << "'";
+}
+
+TEST(NumberToInteger16, RoundsTiesToEvenAndFailsBeyond16Bits) {
+  EXPECT_EQ(2, NumberToInteger16(2.5));
+  EXPECT_EQ(4, NumberToInteger16(3.5));
+  EXPECT_EQ(-2, NumberToInteger16(-2.5));
+  EXPECT_EQ(32767, NumberToInteger16(32767.49));
+  EXPECT_EQ(-32768, NumberToInteger16(-32768.5));
+  EXPECT_THROW(NumberToInteger16(32767.5), OverflowFailure);
+  EXPECT_THROW(NumberToInteger16(-32768.51), OverflowFailure);
+  EXPECT_THROW(NumberToInteger16(std::nan("")), OverflowFailure);
+}
+
+TEST(NumberToSingle, KeepsSevenDigitsAndFailsBeyondItsRange) {
+  EXPECT_EQ(0.1F, NumberToSingle(0.1));
+  EXPECT_EQ(16777216.0F, NumberToSingle(16777217));
+  EXPECT_EQ(3.4e38F, NumberToSingle(3.4e38));
+  EXPECT_THROW(NumberToSingle(3.5e38), OverflowFailure);
+  EXPECT_THROW(NumberToSingle(-3.5e38), OverflowFailure);
+  EXPECT_THROW(NumberToSingle(std::nan("")), OverflowFailure);
 }
 
 }  // namespace
