@@ -11,4 +11,6 @@ CREATE TABLE {table} (
   OutHCOctetsMb24H  NUMERIC,  -- megabytes in 24 hours
   IsTrunk           BOOLEAN
 );
-CREATE INDEX {table}_Port ON {table} (IfIndex, RecNo);
+-- In the order in which the rows come, device by device: a row that is added or deleted touches
+-- the page of the one before.
+CREATE INDEX {table}_Port ON {table} (RecNo, IfIndex);

@@ -219,7 +219,7 @@ TEST_F(CreateDatabasesTest, IndexesPortsAndDevicesAndNothingElse) {
   EXPECT_EQ(Value("Reports.mdb", columns + "VLAN'"), "IfIndex,RecNo,RecNo");
   EXPECT_EQ(Value("Reports.mdb", columns + "MAC'"), "IfIndex,RecNo");
   EXPECT_EQ(Value("Reports.mdb", columns + "HostDiskInfo'"), "NULL");
-  EXPECT_EQ(Value("History.mdb", columns + "VLAN_Day17'"), "IfIndex,RecNo");
+  EXPECT_EQ(Value("History.mdb", columns + "VLAN_Day17'"), "RecNo,IfIndex");
   EXPECT_EQ(Value("History.mdb", columns + "Disk_Day17'"), "RecNo");
   EXPECT_EQ(Value("History.mdb", columns + "VLAN_HistSum'"), "NULL");
 }
