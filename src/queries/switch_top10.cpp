@@ -6,8 +6,8 @@
 #include <algorithm>
 
 #include "platform/database.h"
-#include "queries/debug_dump.h"
 #include "queries/switch_row.h"
+#include "service/debug_dump.h"
 #include "service/error_exit.h"
 #include "service/report_day.h"
 
@@ -86,7 +86,7 @@ void FillUsers(const QueryContext& context, Connection& reports, bool isTrunk,
 
 void WriteDump(const QueryContext& context, std::int64_t startTick, std::string_view field,
                bool isTrunk, const SwitchTableRecord& record) {
-  DebugDump dump(context, "\\Debug\\WebSqlTop10.txt");
+  DebugDump dump(context.settings, "\\Debug\\WebSqlTop10.txt");
   dump.Field("Exec Time", fmt::format("{} ms", context.clock.TickMs() - startTick));
   dump.Field("Top10 Field", field);
   dump.Field("Trunk", Word(isTrunk));

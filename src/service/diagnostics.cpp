@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::int16_t kEventWaitMs = 500;  // keeps bursts of failures apart
 
-// Descriptions come from many sources; an event is one line, in the file and in the trap.
+// Descriptions come from many sources, and some procedures are told with the name of a table; an
+// event is one line, in the file and in the trap.
 std::string OneLine(std::string_view text) {
   std::string line(text);
   for (char& character : line) {
@@ -28,12 +29,13 @@ void AppEvent(const Diagnostics& diagnostics, std::string_view module, std::stri
   if (diagnostics.settings.AppPath.empty()) return;  // no folder is known yet
   try {
     const std::string line = OneLine(text);
+    const std::string name = OneLine(procedure);
     AppendToFile(PathBelow(diagnostics.settings, "\\Debug\\AppEventWeb.txt"),
                  fmt::format("{}\t{}\t{}_{}\t{}{}", DateTimeText(diagnostics.clock.Now()),
-                             static_cast<int>(type), module, procedure, line, kLineEnd));
+                             static_cast<int>(type), module, name, line, kLineEnd));
     diagnostics.loop.DelayMs(kEventWaitMs);
     if (!diagnostics.settings.SendAppEvents || !diagnostics.trapTarget.SnmpAgentOpen) return;
-    SendEventTrap(diagnostics, module, procedure, line, static_cast<int>(type));
+    SendEventTrap(diagnostics, module, name, line, static_cast<int>(type));
   } catch (const std::exception&) {
     // The event path is the last resort: what fails here has nowhere to go.
   }

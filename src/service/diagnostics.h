@@ -15,7 +15,7 @@ enum class EventType { kFailure = 1, kFailedMail = 2, kNotice = 3 };
 // Appends one line to \Debug\AppEventWeb.txt, whatever DebugMode says, waits 500 ms, and sends
 // a trap where SendAppEvents is on and the agent is open. Events may run inside the wait. Never
 // throws but LoopEnded: a failure of its own ends it silently, so without a Debug folder there
-// is neither line nor wait nor trap. Line ends in the text become blanks.
+// is neither line nor wait nor trap. Line ends in the texts become blanks.
 void AppEvent(const Diagnostics& diagnostics, std::string_view module, std::string_view procedure,
               std::string_view text, EventType type);
 

@@ -74,6 +74,11 @@ TEST_F(DiagnosticsTest, TextWithLineEndsIsOneLine) {
   }
 }
 
+TEST_F(DiagnosticsTest, ProcedureNamedWithALineEndIsOneLine) {
+  AppEvent(house.diagnostics, "modImport", "ClearTable_a\r\nb", "gone", EventType::kFailure);
+  EXPECT_EQ(house.Events(), std::vector<std::string>{"1\tmodImport_ClearTable_a  b\tgone"});
+}
+
 TEST_F(DiagnosticsTest, EventWaitsHalfASecondAfterItsLine) {
   std::string fileInTheWait;
   house.loop.Post([&] { fileInTheWait = EventFile(); });

@@ -5,15 +5,15 @@
 #include <string_view>
 
 #include "platform/files.h"
-#include "queries/query_context.h"
+#include "service/settings.h"
 
 namespace quillon {
 
 class DebugDump {
  public:
   // `backslashPath` is the file below AppPath, "\Debug\WebSqlTop10.txt".
-  DebugDump(const QueryContext& context, std::string_view backslashPath)
-      : path_(PathBelow(context.settings, backslashPath)) {}
+  DebugDump(const Settings& settings, std::string_view backslashPath)
+      : path_(PathBelow(settings, backslashPath)) {}
 
   // "<name>=<value>"
   void Field(std::string_view name, std::string_view value) {
