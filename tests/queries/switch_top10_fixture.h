@@ -4,19 +4,15 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "queries/switch_top10.h"
 #include "support/house.h"
+#include "support/report_rows.h"
 
 namespace quillon {
-
-// Columns of a row with their values as SQL literals: {"DevName", "'Core'"}.
-using Columns = std::map<std::string, std::string>;
 
 class SwitchTop10Test : public testing::Test {
  protected:
@@ -81,37 +77,6 @@ class SwitchTop10Test : public testing::Test {
   void ExpectNoEvent() const { EXPECT_EQ(house.Events(), Lines{}); }
 
   House house;
-
- private:
-  static std::string InsertPort(const Columns& differing) {
-    Columns port = {{"RecNo", "7"},
-                    {"DevName", "'Core'"},
-                    {"IpAddr", "'10.0.0.7'"},
-                    {"VlanID", "12"},
-                    {"IfIndex", "1"},
-                    {"IfDescr", "'Gi0/1'"},
-                    {"IfSpeed", "'1000000000'"},
-                    {"IfAlias", "'Uplink'"},
-                    {"IfAdmin", "'up'"},
-                    {"IfOper", "'down'"},
-                    {"IsTrunk", "FALSE"},
-                    {"InOctetsDate", "'2024-05-02 03:10:00'"},
-                    {"LastUpdate", "'2024-05-02 03:10:00'"},
-                    {"InHCOctetsMb24H", "5"},
-                    {"OutHCOctetsMb24H", "4"},
-                    {"InBroadCastPpm24H", "3"},
-                    {"InMultiCastPpm24H", "2"},
-                    {"InErrorsTot24H", "1"},
-                    {"OutErrorsTot24H", "0"}};
-    for (const auto& [column, value] : differing) port[column] = value;
-    std::string columns;
-    std::string values;
-    for (const auto& [column, value] : port) {
-      columns += (columns.empty() ? "" : ", ") + column;
-      values += (values.empty() ? "" : ", ") + value;
-    }
-    return "INSERT INTO VLAN (" + columns + ") VALUES (" + values + ");";
-  }
 };
 
 }  // namespace quillon

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "import/import_context.h"
 #include "platform/event_loop.h"
 #include "queries/query_context.h"
 #include "render/render_context.h"
@@ -36,6 +37,7 @@ class House {
     }
     return events;
   }
+  void ForgetEvents() const { installation.Write("Debug/AppEventWeb.txt", ""); }
 
   Installation installation;
   TestClock clock;
@@ -50,6 +52,7 @@ class House {
   Diagnostics diagnostics{settings, clock, loop, tcpServer, snmpAgent, trapTarget};
   RenderContext render{diagnostics, settings, words, period, records};
   QueryContext queries{diagnostics, settings, clock, words, period, records};
+  ImportContext imports{diagnostics, settings, clock, loop, period};
 
  private:
   std::string ConnectionString(const std::string& file) const {

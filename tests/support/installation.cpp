@@ -56,6 +56,10 @@ bool Installation::Exists(const std::string& relativePath) const {
   return std::filesystem::exists(path_ + "/" + relativePath);
 }
 
+void Installation::Remove(const std::string& relativePath) const {
+  std::filesystem::remove(path_ + "/" + relativePath);
+}
+
 std::vector<std::string> Installation::List(const std::string& relativeFolder) const {
   std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(path_ + "/" + relativeFolder)) {

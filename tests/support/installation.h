@@ -27,6 +27,7 @@ class Installation {
   std::string Read(const std::string& relativePath) const;
   void Write(const std::string& relativePath, const std::string& bytes) const;
   bool Exists(const std::string& relativePath) const;
+  void Remove(const std::string& relativePath) const;
   // Names in a folder, sorted.
   std::vector<std::string> List(const std::string& relativeFolder) const;
 

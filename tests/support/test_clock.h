@@ -1,6 +1,8 @@
 // A clock that is set by hand. Waits cost nothing: they only move it on.
 #pragma once
 
+#include <string>
+
 #include "platform/clock.h"
 
 namespace quillon {
@@ -17,6 +19,8 @@ class TestClock : public Clock {
   }
 
   void Set(DateTime now) { now_ = now; }
+  // "2024-05-02 12:00:00".
+  void Set(const std::string& now) { Set(ParseDateTime(now).value()); }
   void SetTick(std::int64_t tick) { tick_ = tick; }
   void Advance(std::chrono::milliseconds duration) {
     now_ += duration;

@@ -1,0 +1,66 @@
+// Choosing, emptying and stamping a day table.
+#include "import/rotation.h"
+
+#include "import/history_day.h"
+#include "import/row_pauses.h"
+#include "platform/text_encoding.h"
+#include "service/error_exit.h"
+#include "service/report_day.h"
+
+namespace quillon {
+namespace {
+
+constexpr int kDaysKept = 45;
+
+constexpr std::int16_t kEmptiedPauseMs = 100;
+
+DateTime Present(const ImportContext& context) {
+  return ReportDay(context.settings, context.clock);
+}
+
+}  // namespace
+
+void FillFreeTable(ImportContext& context, const Rotation& rotation) {
+  Connection history;
+  history.Open(context.settings.ConnHistory);
+  Recordset control;
+  control.Open(std::string(rotation.controlTable), history, CursorType::kStatic,
+               LockType::kOptimistic);
+  while (!control.Eof() &&
+         !IsOlderThan(control.Field(rotation.dateField), kDaysKept, Present(context))) {
+    control.MoveNext();
+  }
+  if (control.Eof()) return;
+  const std::string table = control.Field("HistTable").AsText();
+  ClearTable_(context, table);
+  rotation.CopyDay(context, table);
+  WriteGroup writes(context, history);
+  writes.Begin();
+  control.SetField(rotation.dateField, Value::Date(HistoryDay(Present(context))));
+  control.Update();
+  writes.Commit();
+}
+
+void ClearTable_(ImportContext& context, const std::string& table) {
+  ErrorExit(context.diagnostics, "modImport", NameWithTable(context, "ClearTable_", table), [&] {
+    Connection history;
+    history.Open(context.settings.ConnHistory);
+    Recordset rows;
+    rows.Open(table, history, CursorType::kStatic, LockType::kOptimistic);
+    WriteGroup writes(context, history);
+    while (!rows.Eof()) {
+      writes.Begin();
+      const int deleted = rows.DeleteRows(RowPauses::kRows);
+      writes.Commit();
+      if (deleted == RowPauses::kRows) context.loop.DelayMs(RowPauses::kPauseMs);
+    }
+    context.loop.DelayMs(kEmptiedPauseMs);
+  });
+}
+
+std::string NameWithTable(const ImportContext& context, std::string_view procedure,
+                          const std::string& table) {
+  return std::string(procedure) + PageText(table, context.settings.CharSet);
+}
+
+}  // namespace quillon

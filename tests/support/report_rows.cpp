@@ -1,0 +1,66 @@
+// Rows by their defaults.
+#include "support/report_rows.h"
+
+namespace quillon {
+namespace {
+
+Columns With(Columns columns, const Columns& differing) {
+  for (const auto& [column, value] : differing) columns[column] = value;
+  return columns;
+}
+
+}  // namespace
+
+std::string InsertRow(const std::string& table, const Columns& columns) {
+  std::string names;
+  std::string values;
+  for (const auto& [column, value] : columns) {
+    names += (names.empty() ? "" : ", ") + column;
+    values += (values.empty() ? "" : ", ") + value;
+  }
+  return "INSERT INTO " + table + " (" + names + ") VALUES (" + values + ");";
+}
+
+std::string NumbersUpTo(int count) {
+  const std::string last = std::to_string(count);
+  return " WITH RECURSIVE Number(n) AS (SELECT 1 WHERE " + last +
+         " > 0 UNION ALL SELECT n + 1 FROM Number WHERE n < " + last + ") ";
+}
+
+std::string InsertPort(const Columns& differing) {
+  return InsertRow("VLAN", With({{"RecNo", "7"},
+                                 {"DevName", "'Core'"},
+                                 {"IpAddr", "'10.0.0.7'"},
+                                 {"VlanID", "12"},
+                                 {"IfIndex", "1"},
+                                 {"IfDescr", "'Gi0/1'"},
+                                 {"IfSpeed", "'1000000000'"},
+                                 {"IfAlias", "'Uplink'"},
+                                 {"IfAdmin", "'up'"},
+                                 {"IfOper", "'down'"},
+                                 {"IsTrunk", "FALSE"},
+                                 {"InOctetsDate", "'2024-05-02 03:10:00'"},
+                                 {"LastUpdate", "'2024-05-02 03:10:00'"},
+                                 {"InHCOctetsMb24H", "5"},
+                                 {"OutHCOctetsMb24H", "4"},
+                                 {"InBroadCastPpm24H", "3"},
+                                 {"InMultiCastPpm24H", "2"},
+                                 {"InErrorsTot24H", "1"},
+                                 {"OutErrorsTot24H", "0"}},
+                                differing));
+}
+
+std::string InsertStorage(const Columns& differing) {
+  return InsertRow("HostDiskInfo", With({{"RecNo", "900"},
+                                         {"DevName", "'Files'"},
+                                         {"StorDescr", "'C:'"},
+                                         {"FreeRawM", "60"},
+                                         {"UsedRawM", "40"},
+                                         {"UsedProc", "40"},
+                                         {"UsedProc14Trend", "77"},
+                                         {"UsedProc30Trend", "88"},
+                                         {"LastUpdate", "'2024-05-02 03:10:00'"}},
+                                        differing));
+}
+
+}  // namespace quillon
