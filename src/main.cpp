@@ -2,6 +2,7 @@
 // is built here lives as long as the process; nothing else is global.
 #include <string>
 
+#include "import/import.h"
 #include "platform/clock.h"
 #include "service/form_load.h"
 #include "web/connections.h"
@@ -43,8 +44,10 @@ int main(int argumentCount, char** arguments) {
   WebServer webServer(web);
   tcpServer.SetEvents(webServer);
 
-  // The day's work is not built yet: a pass imports nothing, so nothing follows it.
-  const DailyJobs jobs{[](bool&) {}, [] {}, [] {}};
+  ImportContext imports{diagnostics, settings, clock, loop, period};
+
+  // What follows an import, pages and mails, is not built yet.
+  const DailyJobs jobs{[&](bool& done) { Import(imports, done); }, [] {}, [] {}};
   ServiceHost dartSvc(loop, clock);
   const ServiceRegistry registry;
   ServiceContext service{diagnostics, settings,  trapTarget, clock, loop,        dartSvc,

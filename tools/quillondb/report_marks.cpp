@@ -1,17 +1,15 @@
 // The one row of General_Info, as the management product writes it at the end of a report.
 #include "quillondb/report_marks.h"
 
+#include "import/history_day.h"
+#include "import/period_text.h"
 #include "platform/failure.h"
 #include "quillondb/installation.h"
 
 namespace quillon {
 namespace {
 
-// The hour of the report as pages show it. The second blank has no semicolon, as everywhere in
-// texts of the period.
-constexpr const char* kReportHour = "&nbsp;&nbsp03:00";
-
-constexpr std::chrono::hours kPeriod{23};  // lands on yesterday for any report before 23:00
+constexpr int kReportHour = 3;
 
 }  // namespace
 
@@ -29,8 +27,8 @@ void WriteReportMarks(const SqliteFile& history, DateTime now, const std::string
     throw DatabaseFailure("History.mdb: General_Info has no row; see 'quillondb check'");
   }
   history.Prepare("UPDATE General_Info SET LastReport = ?, ReportStart = ?, ReportEnd = ?")
-      .Run(DateTimeText(now), FormatDate(now - kPeriod, datumFormat) + kReportHour,
-           FormatDate(now, datumFormat) + kReportHour);
+      .Run(DateTimeText(now), PeriodText(HistoryDay(now), datumFormat, kReportHour),
+           PeriodText(now, datumFormat, kReportHour));
 }
 
 void MarkReportDone(const std::string& directory, DateTime now) {

@@ -1,0 +1,70 @@
+// The decision, the steps, the mark.
+#include "import/import.h"
+
+#include "import/disk_history.h"
+#include "import/disk_trends.h"
+#include "import/general_info.h"
+#include "import/switch_history.h"
+#include "platform/database.h"
+#include "platform/text_encoding.h"
+#include "service/error_exit.h"
+#include "service/report_day.h"
+
+namespace quillon {
+namespace {
+
+// A null in either mark leaves it unknown whether the day is done: it is not imported.
+bool IsDue(const Value& lastReport, const Value& lastImport, const std::string& today) {
+  const auto dayOf = [](const Value& mark) {
+    return mark.type() == Value::Type::kDate ? DayText(mark.AsDate()) : mark.AsText();
+  };
+  return !lastReport.IsNull() && !lastImport.IsNull() && dayOf(lastReport) == today &&
+         dayOf(lastImport) != today;
+}
+
+// Takes the texts of the period over, and tells whether the day waits to be imported.
+bool ReadMarks(ImportContext& context) {
+  Connection history;
+  history.Open(context.settings.ConnHistory);
+  Recordset marks;
+  marks.Open("General_Info", history, CursorType::kStatic, LockType::kOptimistic);
+  const auto text = [&](std::string_view field) {
+    return PageText(marks.Field(field).AsText(), context.settings.CharSet);
+  };
+  context.period.ReportStart = text("ReportStart");
+  context.period.ReportEnd = text("ReportEnd");
+  return IsDue(marks.Field("LastReport"), marks.Field("LastImport"),
+               DayText(ReportDay(context.settings, context.clock)));
+}
+
+void RunSteps(ImportContext& context) {
+  SwitchStatsToHist(context);
+  ClearSwitchHistSum(context);
+  SwitchStatsSum(context, false);
+  SwitchStatsSum(context, true);
+  DiskStatsToHist(context);
+  DiskFixTrendValues(context);
+  ClearDiskHistSum(context);
+  DiskStatsSum(context);
+}
+
+// The only guard against a second import of the day: it comes when all the rows stand.
+void MarkImported(ImportContext& context) {
+  ChangeMarks(context, [&](Recordset& marks) {
+    marks.SetField("LastImport", Value::Date(ReportDay(context.settings, context.clock)));
+  });
+}
+
+}  // namespace
+
+void Import(ImportContext& context, bool& result) {
+  result = false;
+  ErrorExit(context.diagnostics, "modImport", "Import", [&] {
+    if (!ReadMarks(context)) return;
+    RunSteps(context);
+    MarkImported(context);
+    result = true;
+  });
+}
+
+}  // namespace quillon
