@@ -17,7 +17,7 @@ import time
 from pathlib import Path
 
 from figures import Line, MeasureError, Options
-from installation import HOST, Service, make_installation
+from installation import HOST, Service, events_of, make_installation
 
 EVENT_WAIT = 0.5   # seconds that an event has to wait
 STOP_WAIT = 3.5    # and a stop
@@ -59,10 +59,6 @@ def make_failing(name: str, server: str = HOST) -> Path:
 
 
 # --- events -----------------------------------------------------------------------------
-
-
-def events_of(directory: Path) -> int:
-    return (directory / "Debug/AppEventWeb.txt").read_bytes().count(b"\r\n")
 
 
 def failure_cost(service: Service, directory: Path) -> float:

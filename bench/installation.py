@@ -48,32 +48,53 @@ def sql(database: Path, statements: str) -> None:
                    stdout=subprocess.DEVNULL)
 
 
-def make_installation(name: str) -> Path:
-    """Databases with the demonstration's network, and the program's files."""
+def quillondb(command: str, directory: Path) -> None:
+    subprocess.run([str(PROGRAMS / "quillondb"), command, str(directory)], check=True,
+                   stdout=subprocess.DEVNULL)
+
+
+def new_databases(name: str) -> Path:
+    """The databases and folders of a new installation."""
     directory = SCRATCH / name
     shutil.rmtree(directory, ignore_errors=True)
     directory.parent.mkdir(parents=True, exist_ok=True)
-    for command in ("create", "demo"):
-        subprocess.run([str(PROGRAMS / "quillondb"), command, str(directory)], check=True,
-                       stdout=subprocess.DEVNULL)
+    quillondb("create", directory)
+    return directory
+
+
+def add_program(directory: Path) -> None:
     shutil.copy(PROGRAMS / "quillonweb", directory)
     shutil.copytree("share/WebReports", directory / "WebReports", dirs_exist_ok=True)
+
+
+def make_installation(name: str) -> Path:
+    """Databases with the demonstration's network, and the program's files."""
+    directory = new_databases(name)
+    quillondb("demo", directory)
+    add_program(directory)
     return directory
+
+
+def events_of(directory: Path) -> int:
+    """How many events were reported so far."""
+    return (directory / "Debug/AppEventWeb.txt").read_bytes().count(b"\r\n")
 
 
 class Service:
     """The program in an installation, from its start to its stop."""
 
-    def __init__(self, directory: Path, core: Optional[str] = None, with_agent: bool = False):
+    def __init__(self, directory: Path, core: Optional[str] = None, with_agent: bool = False,
+                 import_due: bool = False):
         self.port = free_port()
         # Most go without the agent, since its opening waits a second before the listener's; and
-        # the day's report counts as imported, else the nightly work would run beside the
-        # measuring.
+        # for most the day's report counts as imported, else the nightly work would run beside
+        # the measuring.
+        mark = "LastReport" if import_due else "LastImport"
         sql(directory / "Quillon.mdb",
             f"UPDATE Settings_WebServer SET IpAddr = '{HOST}', TcpPort = {self.port};"
             f"UPDATE Settings_SnmpAgent SET Enabled = {int(with_agent)};")
         sql(directory / "History.mdb",
-            "UPDATE General_Info SET LastImport = datetime('now', 'localtime');")
+            f"UPDATE General_Info SET {mark} = datetime('now', 'localtime');")
         program = (directory / "quillonweb").resolve()
         command = [str(program)] if core is None else pinned(core, program)
         self.started = time.monotonic()

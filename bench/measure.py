@@ -12,6 +12,7 @@ import time
 from pathlib import Path
 
 import cached_page
+import daily_import
 import events
 import idle
 import pieces
@@ -22,6 +23,7 @@ from figures import MeasureError, Options, table
 BENCHMARKS = {
     "cached_page": cached_page.measure,
     "uncached_top10": uncached_top10.measure,
+    "daily_import": daily_import.measure,
     "idle": idle.measure,
     "events": events.measure,
     "pieces": pieces.measure,

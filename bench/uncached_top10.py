@@ -4,15 +4,15 @@ Ours is the first call in a fresh process, timed inside it; the shell's is its w
 the run of an empty script. Both find the file in the machine's page cache.
 """
 
-import shutil
 import statistics
 import subprocess
 import sys
-import time
 from pathlib import Path
 
 from figures import Line, MeasureError, Options, compare, rounds
-from installation import PROGRAMS, SCRATCH, SERVER_CORE, pinned
+from installation import PROGRAMS, SERVER_CORE, pinned
+from large_network import make_reports
+from shell import Shell
 
 PORTS = 100_000
 GROWTH = (10_000, 100_000, 1_000_000)
@@ -23,24 +23,12 @@ DAY_AND_KIND = ("FROM VLAN WHERE substr(InOctetsDate,1,10) = date('now','localti
                 " AND IsTrunk=False")
 
 
-def make_reports(name: str, ports: int) -> Path:
-    directory = SCRATCH / name
-    shutil.rmtree(directory, ignore_errors=True)
-    directory.parent.mkdir(parents=True, exist_ok=True)
-    subprocess.run([str(PROGRAMS / "quillondb"), "create", str(directory)], check=True,
-                   stdout=subprocess.DEVNULL)
-    script = (Path(__file__).parent / "fill_reports.sql").read_text(encoding="utf-8")
-    subprocess.run(["sqlite3", "-bail", "-cmd", f".parameter set :ports {ports}",
-                    str(directory / "Reports.mdb")], input=script, text=True, check=True,
-                   stdout=subprocess.DEVNULL)
-    return directory
-
-
 class Ours:
     """The query in a process of its own."""
 
     def __init__(self, directory: Path):
         self.directory = directory.resolve()
+        self.database = self.directory / "Reports.mdb"
         self.first: list[float] = []  # ms of the first call, one a run
         self.later: list[float] = []  # ms of the later calls, median of each run
         self.ports: list[tuple[str, str]] = []
@@ -58,32 +46,13 @@ class Ours:
         return calls[0]
 
 
-class Shell:
-    """A script in the sqlite3 shell, its output thrown away."""
-
-    def __init__(self, directory: Path, statements: list[str]):
-        self.database = (directory / "Reports.mdb").resolve()
-        self.script = ";\n".join(statements) + ";\n"
-
-    def _time(self, script: str) -> float:
-        command = pinned(SERVER_CORE, "sqlite3", "-bail", "-batch", "-init", "/dev/null",
-                         self.database)
-        start = time.perf_counter()
-        subprocess.run(command, input=script, text=True, check=True, stdout=subprocess.DEVNULL,
-                       stderr=subprocess.DEVNULL)
-        return (time.perf_counter() - start) * MILLI
-
-    def run(self) -> float:
-        empty = self._time("")
-        return self._time(self.script) - empty
-
-
-def selects(ports: list[tuple[str, str]], limit: str = "") -> list[str]:
+def selects(ports: list[tuple[str, str]], limit: str = "") -> str:
     """Count, list and the look-ups of its ten ports, in the order of the query."""
     look_ups = [f"SELECT MacAddr, IpAddr, LastSeen FROM MAC WHERE RecNo={rec} AND IfIndex={index}"
                 for rec, index in ports]
-    return [f"SELECT Count(RecNo) as total {DAY_AND_KIND}",
-            f"SELECT * {DAY_AND_KIND} ORDER BY InErrorsTot24H DESC{limit}", *look_ups]
+    statements = [f"SELECT Count(RecNo) as total {DAY_AND_KIND}",
+                  f"SELECT * {DAY_AND_KIND} ORDER BY InErrorsTot24H DESC{limit}", *look_ups]
+    return ";\n".join(statements) + ";\n"
 
 
 def growth_lines() -> list[Line]:
@@ -94,7 +63,7 @@ def growth_lines() -> list[Line]:
         ours = Ours(make_reports("growth", ports))
         try:
             ours.run()
-            shell = Shell(ours.directory, selects(ours.ports))
+            shell = Shell(ours.database, selects(ours.ports))
             figures = rounds(GROWTH_ROUNDS, ours.run, shell.run)
         except MeasureError as error:
             print(f"bench/run: with {ports} ports: {error}", file=sys.stderr)
@@ -107,12 +76,12 @@ def measure(options: Options) -> list[Line]:
     directory = make_reports("uncached_top10", PORTS)
     ours = Ours(directory)
     ours.run()  # names the ports, and brings the file into the page cache
-    shell = Shell(directory, selects(ours.ports))
+    shell = Shell(ours.database, selects(ours.ports))
     shell.run()
     ours.later.clear()
     figures = rounds(options.rounds, ours.run, shell.run)
     # The shell prints the whole list, of which we read ten rows: what it takes without that.
-    short = Shell(directory, selects(ours.ports, " LIMIT 10"))
+    short = Shell(ours.database, selects(ours.ports, " LIMIT 10"))
     short_times = [short.run() for _ in range(options.rounds)]
     return [
         compare("uncached_top10", "ms", *figures, goal=1.5, wanted=1.1),
