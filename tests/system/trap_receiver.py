@@ -82,9 +82,10 @@ class TrapReceiver:
 
     def traps(self):
         """All of them, in the order of their arrival."""
-        found = list(_TRAP.finditer(self._log_text()))
-        if len(found) != self._log_text().count("<UDP"):
-            raise AssertionError(f"not a trap of its form: {self._log_text()}")
+        text = self._log_text()  # once: another trap may arrive meanwhile
+        found = list(_TRAP.finditer(text))
+        if len(found) != text.count("<UDP"):
+            raise AssertionError(f"not a trap of its form: {text}")
         return [_trap(fields) for fields in found]
 
     def traps_of(self, site):
