@@ -1,4 +1,4 @@
-// Appending and trimming.
+// Adding up, trimming, appending.
 #include "import/day_sums.h"
 
 #include <fmt/format.h>
@@ -34,6 +34,10 @@ std::int32_t PlusLong(std::int32_t sum, double figure, std::string_view name) {
 float PlusSingle(float sum, float figure, std::string_view name) {
   // The way over a double rounds as one addition of singles does.
   return Converted(NumberToSingle, static_cast<double>(sum) + static_cast<double>(figure), name);
+}
+
+std::int16_t PlusOne(std::int16_t count, std::string_view name) {
+  return Converted(NumberToInteger16, count + 1, name);
 }
 
 void TrimSums(ImportContext& context, const std::string& table, std::string_view dateField) {

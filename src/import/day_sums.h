@@ -1,4 +1,5 @@
-// The tables of sums, one row or two a day, which switches and disks have alike.
+// The sums of a day, which switches and disks have alike: adding up, and the tables that get a row
+// or two a day.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +14,10 @@
 namespace quillon {
 
 // A sum with its next figure added, rounded to a 32-bit integer, ties to even, or to a 32-bit
-// float. An OverflowFailure tells the name of the sum.
+// float; a 16-bit count with one more. An OverflowFailure tells the name of the sum.
 std::int32_t PlusLong(std::int32_t sum, double figure, std::string_view name);
 float PlusSingle(float sum, float figure, std::string_view name);
+std::int16_t PlusOne(std::int16_t count, std::string_view name);
 
 // Deletes the rows whose day is more than 1200 days before the real day. Raises what its caller
 // reports.

@@ -10,7 +10,6 @@
 #include "import/history_day.h"
 #include "import/rotation.h"
 #include "import/row_pauses.h"
-#include "platform/number_text.h"
 #include "service/error_exit.h"
 #include "service/report_day.h"
 
@@ -76,7 +75,7 @@ void AddStorage(const Recordset& storage, DiskSums& sums) {
     if (type.integer() != static_cast<std::int64_t>(sum.type)) continue;
     sum.totalM = PlusSingle(sum.totalM, storage.Field("TotalM").AsSingle(), sum.totalField);
     sum.usedM = PlusSingle(sum.usedM, storage.Field("UsedM").AsSingle(), sum.usedField);
-    sum.count = NumberToInteger16(sum.count + 1);
+    sum.count = PlusOne(sum.count, sum.countField);
   }
 }
 
