@@ -19,7 +19,7 @@ class Recordset::Source {
   virtual bool Eof() const = 0;
   virtual void MoveNext() = 0;
   virtual Value Field(std::string_view name) const = 0;
-  virtual void SetField(std::string_view, Value) { RefuseChange(); }
+  virtual void SetField(std::string_view, Value&&) { RefuseChange(); }
   virtual void AddNew() { RefuseChange(); }
   virtual void Update() { RefuseChange(); }
   virtual void Delete() { RefuseChange(); }

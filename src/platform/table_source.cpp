@@ -86,7 +86,7 @@ class TableSource : public Recordset::Source {
     return row_[Column(name)];
   }
 
-  void SetField(std::string_view name, Value value) override {
+  void SetField(std::string_view name, Value&& value) override {
     if (lock_ == LockType::kReadOnly) RefuseChange();
     const std::size_t column = Column(name);
     if (!adding_ && !onRow_) FailNoRow();
