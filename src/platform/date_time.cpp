@@ -3,8 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
-
 namespace quillon {
 namespace {
 
@@ -18,10 +16,11 @@ using std::chrono::year_month_day;
 // Reads `length` digits at `start`; nothing where one of them is no digit.
 std::optional<int> Digits(std::string_view text, std::size_t start, std::size_t length) {
   if (start + length > text.size()) return std::nullopt;
-  const char* first = text.data() + start;
   int value = 0;
-  const auto [end, error] = std::from_chars(first, first + length, value);
-  if (error != std::errc() || end != first + length || *first == '-') return std::nullopt;
+  for (const char digit : text.substr(start, length)) {
+    if (digit < '0' || digit > '9') return std::nullopt;
+    value = value * 10 + (digit - '0');
+  }
   return value;
 }
 
