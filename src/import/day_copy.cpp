@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include "import/history_table.h"
 #include "import/row_pauses.h"
 #include "service/report_day.h"
 
@@ -11,21 +12,18 @@ namespace quillon {
 void CopyToday(ImportContext& context, const DaySource& source, const std::string& dayTable,
                const std::function<void(const Recordset& row, Recordset& day)>& copyRow) {
   Connection reports;
-  Connection history;
   reports.Open(context.settings.ConnReports);
-  history.Open(context.settings.ConnHistory);
-  Recordset day;
-  day.Open(dayTable, history, CursorType::kStatic, LockType::kOptimistic);
+  HistoryTable day(context, dayTable);
   const std::string today = DayText(ReportDay(context.settings, context.clock));
   Recordset rows =
       reports.Execute(fmt::format("SELECT * FROM {} WHERE Format({},'YYYY-MM-DD') = '{}'",
                                   source.table, source.dateField, today),
                       SelectTime::kUnlimited);
-  WriteGroup writes(context, history);
+  WriteGroup writes(context, day.connection);
   RowPauses pauses(context.loop, writes);
   for (; !rows.Eof(); rows.MoveNext()) {
     writes.Begin();
-    copyRow(rows, day);
+    copyRow(rows, day.rows);
     pauses.RowDone();
   }
   writes.Commit();

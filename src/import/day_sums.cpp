@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "import/history_day.h"
+#include "import/history_table.h"
 #include "import/row_pauses.h"
 #include "platform/failure.h"
 #include "platform/number_text.h"
@@ -41,11 +42,9 @@ std::int16_t PlusOne(std::int16_t count, std::string_view name) {
 }
 
 void TrimSums(ImportContext& context, const std::string& table, std::string_view dateField) {
-  Connection history;
-  history.Open(context.settings.ConnHistory);
-  Recordset sums;
-  sums.Open(table, history, CursorType::kStatic, LockType::kOptimistic);
-  WriteGroup writes(context, history);
+  HistoryTable history(context, table);
+  Recordset& sums = history.rows;
+  WriteGroup writes(context, history.connection);
   RowPauses pauses(context.loop, writes);
   for (; !sums.Eof(); sums.MoveNext()) {
     // Not the report day: a day that is replayed must not take years of sums with it.
@@ -60,11 +59,9 @@ void TrimSums(ImportContext& context, const std::string& table, std::string_view
 
 void AppendSums(ImportContext& context, const std::string& table, std::string_view dateField,
                 const SumFields& fields) {
-  Connection history;
-  history.Open(context.settings.ConnHistory);
-  Recordset sums;
-  sums.Open(table, history, CursorType::kStatic, LockType::kOptimistic);
-  WriteGroup writes(context, history);
+  HistoryTable history(context, table);
+  Recordset& sums = history.rows;
+  WriteGroup writes(context, history.connection);
   writes.Begin();
   sums.AddNew();
   const DateTime now = ReportDay(context.settings, context.clock);

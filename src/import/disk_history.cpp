@@ -8,6 +8,7 @@
 #include "import/day_sums.h"
 #include "import/disk_class.h"
 #include "import/history_day.h"
+#include "import/history_table.h"
 #include "import/rotation.h"
 #include "import/row_pauses.h"
 #include "service/error_exit.h"
@@ -58,10 +59,10 @@ void CopyStorage(const Recordset& storage, Recordset& day) {
 }
 
 // The table of the day; nothing where the day was not copied.
-std::optional<std::string> DayTable(ImportContext& context, Connection& history) {
+std::optional<std::string> DayTable(ImportContext& context) {
   const DateTime day = HistoryDay(ReportDay(context.settings, context.clock));
-  Recordset control;
-  control.Open("Disk_HistCtrl", history, CursorType::kStatic, LockType::kOptimistic);
+  HistoryTable history(context, "Disk_HistCtrl");
+  Recordset& control = history.rows;
   for (; !control.Eof(); control.MoveNext()) {
     if (IsOfDay(control.Field("StorageDate"), day)) return control.Field("HistTable").AsText();
   }
@@ -81,12 +82,10 @@ void AddStorage(const Recordset& storage, DiskSums& sums) {
 
 // The sums of the day; nothing where the day was not copied.
 std::optional<DiskSums> SumStorages(ImportContext& context) {
-  Connection history;
-  history.Open(context.settings.ConnHistory);
-  const auto table = DayTable(context, history);
+  const auto table = DayTable(context);
   if (!table) return std::nullopt;
-  Recordset storages;
-  storages.Open(*table, history, CursorType::kStatic, LockType::kOptimistic);
+  HistoryTable history(context, *table);
+  Recordset& storages = history.rows;
   DiskSums sums = NoSums();
   RowPauses pauses(context.loop);
   for (; !storages.Eof(); storages.MoveNext()) {

@@ -7,9 +7,9 @@
 
 #include "import/disk_trend_value.h"
 #include "import/history_day.h"
+#include "import/history_table.h"
 #include "import/rotation.h"
 #include "import/row_pauses.h"
-#include "platform/database.h"
 #include "service/debug_dump.h"
 #include "service/error_exit.h"
 #include "service/report_day.h"
@@ -22,7 +22,7 @@ constexpr std::chrono::days kLongSpan{30};
 constexpr std::int16_t kRowPauseMs = 50;  // each row costs two selects
 
 // A day that is looked for in the rotation.
-struct HistoryTable {
+struct WantedTable {
   DateTime day;
   std::string table;
   std::string dateText;  // "" where the day was not found
@@ -31,22 +31,20 @@ struct HistoryTable {
 };
 
 struct TrendTables {
-  HistoryTable ofDay;
-  HistoryTable before14d;
-  HistoryTable before30d;
+  WantedTable ofDay;
+  WantedTable before14d;
+  WantedTable before30d;
 };
 
 // The last of two rows of a day wins: the walk goes on.
 TrendTables FindTables(ImportContext& context, DateTime now) {
   const DateTime day = HistoryDay(now);
   TrendTables tables{{day, {}, {}}, {day - kShortSpan, {}, {}}, {day - kLongSpan, {}, {}}};
-  Connection history;
-  history.Open(context.settings.ConnHistory);
-  Recordset control;
-  control.Open("Disk_HistCtrl", history, CursorType::kStatic, LockType::kOptimistic);
+  HistoryTable history(context, "Disk_HistCtrl");
+  Recordset& control = history.rows;
   for (; !control.Eof(); control.MoveNext()) {
     const Value date = control.Field("StorageDate");
-    for (HistoryTable* wanted : {&tables.ofDay, &tables.before14d, &tables.before30d}) {
+    for (WantedTable* wanted : {&tables.ofDay, &tables.before14d, &tables.before30d}) {
       if (!IsOfDay(date, wanted->day)) continue;
       wanted->table = control.Field("HistTable").AsText();
       wanted->dateText = DayText(wanted->day);
@@ -58,7 +56,7 @@ TrendTables FindTables(ImportContext& context, DateTime now) {
 // One of the two trends.
 class Trend {
  public:
-  Trend(std::string_view field, const HistoryTable& before) : field_(field), before_(before) {}
+  Trend(std::string_view field, const WantedTable& before) : field_(field), before_(before) {}
 
   // `old` is what was read last, whichever trend it was for.
   void Set(TrendReading& reading, Recordset& row, std::int16_t& old) {
@@ -72,18 +70,16 @@ class Trend {
 
  private:
   std::string_view field_;
-  const HistoryTable& before_;
+  const WantedTable& before_;
   int updates_ = 0;
 };
 
 void SetTrends(ImportContext& context, const std::string& table, Trend& trend14d, Trend& trend30d) {
-  Connection history;
+  HistoryTable day(context, table);
   Connection oldHistory;
-  history.Open(context.settings.ConnHistory);
   oldHistory.Open(context.settings.ConnHistory);
-  Recordset rows;
-  rows.Open(table, history, CursorType::kStatic, LockType::kOptimistic);
-  WriteGroup writes(context, history);
+  Recordset& rows = day.rows;
+  WriteGroup writes(context, day.connection);
   RowPauses pauses(context.loop, writes, kRowPauseMs);
   TrendReading reading{context, oldHistory, writes};
   std::int16_t old = 0;

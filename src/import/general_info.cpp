@@ -1,19 +1,17 @@
 // Writing the marks.
 #include "import/general_info.h"
 
+#include "import/history_table.h"
 #include "import/write_group.h"
 
 namespace quillon {
 
 void ChangeMarks(ImportContext& context, const std::function<void(Recordset& marks)>& change) {
-  Connection history;
-  history.Open(context.settings.ConnHistory);
-  Recordset marks;
-  marks.Open("General_Info", history, CursorType::kStatic, LockType::kOptimistic);
-  WriteGroup writes(context, history);
+  HistoryTable marks(context, "General_Info");
+  WriteGroup writes(context, marks.connection);
   writes.Begin();
-  change(marks);
-  marks.Update();
+  change(marks.rows);
+  marks.rows.Update();
   writes.Commit();
 }
 

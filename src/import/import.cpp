@@ -4,8 +4,8 @@
 #include "import/disk_history.h"
 #include "import/disk_trends.h"
 #include "import/general_info.h"
+#include "import/history_table.h"
 #include "import/switch_history.h"
-#include "platform/database.h"
 #include "platform/text_encoding.h"
 #include "service/error_exit.h"
 #include "service/report_day.h"
@@ -24,10 +24,8 @@ bool IsDue(const Value& lastReport, const Value& lastImport, const std::string& 
 
 // Takes the texts of the period over, and tells whether the day waits to be imported.
 bool ReadMarks(ImportContext& context) {
-  Connection history;
-  history.Open(context.settings.ConnHistory);
-  Recordset marks;
-  marks.Open("General_Info", history, CursorType::kStatic, LockType::kOptimistic);
+  const HistoryTable history(context, "General_Info");
+  const Recordset& marks = history.rows;
   const auto text = [&](std::string_view field) {
     return PageText(marks.Field(field).AsText(), context.settings.CharSet);
   };

@@ -2,6 +2,7 @@
 #include "import/rotation.h"
 
 #include "import/history_day.h"
+#include "import/history_table.h"
 #include "import/row_pauses.h"
 #include "platform/text_encoding.h"
 #include "service/error_exit.h"
@@ -21,11 +22,8 @@ DateTime Present(const ImportContext& context) {
 }  // namespace
 
 void FillFreeTable(ImportContext& context, const Rotation& rotation) {
-  Connection history;
-  history.Open(context.settings.ConnHistory);
-  Recordset control;
-  control.Open(std::string(rotation.controlTable), history, CursorType::kStatic,
-               LockType::kOptimistic);
+  HistoryTable history(context, std::string(rotation.controlTable));
+  Recordset& control = history.rows;
   while (!control.Eof() &&
          !IsOlderThan(control.Field(rotation.dateField), kDaysKept, Present(context))) {
     control.MoveNext();
@@ -34,7 +32,7 @@ void FillFreeTable(ImportContext& context, const Rotation& rotation) {
   const std::string table = control.Field("HistTable").AsText();
   ClearTable_(context, table);
   rotation.CopyDay(context, table);
-  WriteGroup writes(context, history);
+  WriteGroup writes(context, history.connection);
   writes.Begin();
   control.SetField(rotation.dateField, Value::Date(HistoryDay(Present(context))));
   control.Update();
@@ -43,14 +41,11 @@ void FillFreeTable(ImportContext& context, const Rotation& rotation) {
 
 void ClearTable_(ImportContext& context, const std::string& table) {
   ErrorExit(context.diagnostics, "modImport", NameWithTable(context, "ClearTable_", table), [&] {
-    Connection history;
-    history.Open(context.settings.ConnHistory);
-    Recordset rows;
-    rows.Open(table, history, CursorType::kStatic, LockType::kOptimistic);
-    WriteGroup writes(context, history);
-    while (!rows.Eof()) {
+    HistoryTable history(context, table);
+    WriteGroup writes(context, history.connection);
+    while (!history.rows.Eof()) {
       writes.Begin();
-      const int deleted = rows.DeleteRows(RowPauses::kRows);
+      const int deleted = history.rows.DeleteRows(RowPauses::kRows);
       writes.Commit();
       if (deleted == RowPauses::kRows) context.loop.DelayMs(RowPauses::kPauseMs);
     }
