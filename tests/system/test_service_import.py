@@ -1,12 +1,12 @@
 """The day's import by the service: at its pass of about a minute after the start, while it goes
 on answering. The import is watched while other tests run; this module has a late name, so that
 it has ended when its turn comes."""
-import threading
 import time
 import unittest
 from datetime import timedelta
 
 import fleet
+from background import Background
 from event_file import STARTED
 from local_time import local_now, seconds_ago
 from night_pieces import DISK, ROTATIONS, SWITCH, History, enlarge_reports
@@ -48,32 +48,19 @@ def last_import(site):
     return site.sql("History.mdb", "SELECT LastImport FROM General_Info")[0][0]
 
 
-class Watch(threading.Thread):
+class Watch(Background):
     """Asks for pages from the opening of the listener on, until the report is imported."""
 
     def __init__(self):
-        super().__init__(daemon=True)
+        super().__init__()
         self.pages_during_import = 0
-        self.failure = None
 
     def begin(self):
         self.before = {site: History.read(site.path) for site in (IMPORTED_ALREADY, WAITING)}
         self.first_page = WAITING.get(list_name("early")).body
         self.start()
 
-    def run(self):
-        try:
-            self._look_until_it_is_imported()
-        except Exception as failure:  # the tests tell it
-            self.failure = failure
-
-    def result(self):
-        self.join()
-        if self.failure:
-            raise self.failure
-        return self
-
-    def _look_until_it_is_imported(self):
+    def work(self):
         """The period is known as soon as the import has begun, and the mark is written last."""
         end = time.monotonic() + WATCH_SECONDS
         number = 0

@@ -3,13 +3,13 @@ and no other tick of that hour runs another. Each service lives in a zone where 
 day that the test needs, and is watched from its start on, while other tests run; this module has
 a late name, so that the watch has ended when its turn comes."""
 import shutil
-import threading
 import time
 import unittest
 from datetime import datetime, timedelta
 
 import fleet
 import trap_receiver
+from background import Background
 from event_file import FAILURE, STARTED
 from local_time import zone_where_it_is
 from site_pages import unstorable_list
@@ -66,17 +66,16 @@ class Look:
         self.is_logged = "WebConnections.txt" in self.names
 
 
-class Watch(threading.Thread):
+class Watch(Background):
     """Switches the debug files on when the listeners are open, and off again as soon as a pass
     has made that known. Looks at every service until the second pass of one is seen."""
 
     SITES = (NOON, AFTER_MIDNIGHT, BEFORE_TEN, BEFORE_MIDNIGHT)
 
     def __init__(self):
-        super().__init__(daemon=True)
+        super().__init__()
         self.looks = {site: [] for site in self.SITES}
         self.first_pass = {}  # seconds from the start of each service
-        self.failure = None
 
     def begin(self):
         for site in self.SITES:
@@ -89,21 +88,12 @@ class Watch(threading.Thread):
         shutil.move(BROKEN.path / "Quillon.mdb", BROKEN.path / "Quillon.away")
         self.start()
 
-    def run(self):
-        try:
-            end = time.monotonic() + WATCH_SECONDS
-            while not self._is_done() and time.monotonic() < end:
-                for site in self.SITES:
-                    self._look(site)
-                time.sleep(LOOK_PAUSE)
-        except Exception as failure:  # the tests tell it
-            self.failure = failure
-
-    def result(self):
-        self.join()
-        if self.failure:
-            raise self.failure
-        return self
+    def work(self):
+        end = time.monotonic() + WATCH_SECONDS
+        while not self._is_done() and time.monotonic() < end:
+            for site in self.SITES:
+                self._look(site)
+            time.sleep(LOOK_PAUSE)
 
     def _look(self, site):
         look = Look(site)
