@@ -8,7 +8,6 @@
 #include "import/disk_trend_value.h"
 #include "import/history_day.h"
 #include "import/history_table.h"
-#include "import/rotation.h"
 #include "import/row_pauses.h"
 #include "service/debug_dump.h"
 #include "service/error_exit.h"

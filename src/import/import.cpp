@@ -4,6 +4,7 @@
 #include "import/disk_history.h"
 #include "import/disk_trends.h"
 #include "import/general_info.h"
+#include "import/history_day.h"
 #include "import/history_table.h"
 #include "import/switch_history.h"
 #include "platform/text_encoding.h"
@@ -13,13 +14,11 @@
 namespace quillon {
 namespace {
 
-// A null in either mark leaves it unknown whether the day is done: it is not imported.
-bool IsDue(const Value& lastReport, const Value& lastImport, const std::string& today) {
-  const auto dayOf = [](const Value& mark) {
-    return mark.type() == Value::Type::kDate ? DayText(mark.AsDate()) : mark.AsText();
-  };
-  return !lastReport.IsNull() && !lastImport.IsNull() && dayOf(lastReport) == today &&
-         dayOf(lastImport) != today;
+// Both marks have to hold a date: without one it is unknown whether the day is done, and then it is
+// not imported.
+bool IsDue(const Value& lastReport, const Value& lastImport, DateTime now) {
+  return IsOfDay(lastReport, now) && lastImport.type() == Value::Type::kDate &&
+         !IsOfDay(lastImport, now);
 }
 
 // Takes the texts of the period over, and tells whether the day waits to be imported.
@@ -32,7 +31,7 @@ bool ReadMarks(ImportContext& context) {
   context.period.ReportStart = text("ReportStart");
   context.period.ReportEnd = text("ReportEnd");
   return IsDue(marks.Field("LastReport"), marks.Field("LastImport"),
-               DayText(ReportDay(context.settings, context.clock)));
+               ReportDay(context.settings, context.clock));
 }
 
 void RunSteps(ImportContext& context) {

@@ -36,13 +36,14 @@ TEST_F(ImportNightTest, IsDueWhereTheReportIsOfTodayAndTheLastImportIsNot) {
       {"NULL", "'2024-05-01 04:00:00'", false},
       {"'2024-05-02 03:10:00'", "NULL", false},
       {"NULL", "NULL", false},
-      // A mark that is no date is not of today.
+      // A mark that is no date leaves it unknown whether the day is done.
       {"'soon'", "'2024-05-01 04:00:00'", false},
       {"''", "'2024-05-01 04:00:00'", false},
       {"'2024-05-32 03:10:00'", "'2024-05-01 04:00:00'", false},
       {"45414.5", "'2024-05-01 04:00:00'", false},
-      {"'2024-05-02 03:10:00'", "'never'", true},
-      {"'2024-05-02 03:10:00'", "''", true},
+      {"'2024-05-02 03:10:00'", "'never'", false},
+      {"'2024-05-02 03:10:00'", "''", false},
+      {"'2024-05-02 03:10:00'", "45413.5", false},
   };
   for (const Case& row : cases) {
     SCOPED_TRACE(std::string(row.lastReport) + " and " + row.lastImport);
