@@ -64,7 +64,7 @@ std::optional<std::string> DayTable(ImportContext& context) {
   HistoryTable history(context, "Disk_HistCtrl");
   Recordset& control = history.rows;
   for (; !control.Eof(); control.MoveNext()) {
-    if (IsOfDay(control.Field("StorageDate"), day)) return control.Field("HistTable").AsText();
+    if (control.Field("StorageDate").IsOfDay(day)) return control.Field("HistTable").AsText();
   }
   return std::nullopt;
 }

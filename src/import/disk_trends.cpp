@@ -1,8 +1,6 @@
 // Differences against two earlier day tables.
 #include "import/disk_trends.h"
 
-#include <fmt/format.h>
-
 #include <string>
 
 #include "import/disk_trend_value.h"
@@ -44,7 +42,7 @@ TrendTables FindTables(ImportContext& context, DateTime now) {
   for (; !control.Eof(); control.MoveNext()) {
     const Value date = control.Field("StorageDate");
     for (WantedTable* wanted : {&tables.ofDay, &tables.before14d, &tables.before30d}) {
-      if (!IsOfDay(date, wanted->day)) continue;
+      if (!date.IsOfDay(wanted->day)) continue;
       wanted->table = control.Field("HistTable").AsText();
       wanted->dateText = DayText(wanted->day);
     }
@@ -95,7 +93,7 @@ void SetTrends(ImportContext& context, const std::string& table, Trend& trend14d
 void WriteDump(const ImportContext& context, std::int64_t startTick, const TrendTables& tables,
                const Trend& trend14d, const Trend& trend30d) {
   DebugDump dump(context.settings, "\\Debug\\WebSqlFixTrend.txt");
-  dump.Field("Exec Time", fmt::format("{} ms", context.clock.TickMs() - startTick));
+  dump.ExecTime(context.clock.TickMs() - startTick);
   dump.Field("TableDate", tables.ofDay.dateText);
   dump.Field("TableDate14d", tables.before14d.dateText);
   dump.Field("TableDate30d", tables.before30d.dateText);

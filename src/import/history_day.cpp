@@ -7,10 +7,6 @@ DateTime HistoryDay(DateTime now) {
   return now - std::chrono::hours(23);
 }
 
-bool IsOfDay(const Value& date, DateTime day) {
-  return date.type() == Value::Type::kDate && DaysBetween(date.AsDate(), day) == 0;
-}
-
 bool IsOlderThan(const Value& date, int days, DateTime now) {
   return date.type() == Value::Type::kDate && DaysBetween(date.AsDate(), now) > days;
 }

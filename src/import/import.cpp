@@ -4,7 +4,6 @@
 #include "import/disk_history.h"
 #include "import/disk_trends.h"
 #include "import/general_info.h"
-#include "import/history_day.h"
 #include "import/history_table.h"
 #include "import/switch_history.h"
 #include "platform/text_encoding.h"
@@ -17,8 +16,8 @@ namespace {
 // Both marks have to hold a date: without one it is unknown whether the day is done, and then it is
 // not imported.
 bool IsDue(const Value& lastReport, const Value& lastImport, DateTime now) {
-  return IsOfDay(lastReport, now) && lastImport.type() == Value::Type::kDate &&
-         !IsOfDay(lastImport, now);
+  return lastReport.IsOfDay(now) && lastImport.type() == Value::Type::kDate &&
+         !lastImport.IsOfDay(now);
 }
 
 // Takes the texts of the period over, and tells whether the day waits to be imported.

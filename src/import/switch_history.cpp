@@ -7,7 +7,6 @@
 
 #include "import/day_copy.h"
 #include "import/day_sums.h"
-#include "import/history_day.h"
 #include "import/rotation.h"
 #include "import/row_pauses.h"
 #include "service/error_exit.h"
@@ -50,7 +49,7 @@ PortSums SumPorts(ImportContext& context, bool isTrunk) {
   DateTime today = ReportDay(context.settings, context.clock);
   for (; !ports.Eof(); ports.MoveNext()) {
     ++sums.ports;
-    if (IsOfDay(ports.Field("LastUpdate"), today)) AddPort(ports, sums);
+    if (ports.Field("LastUpdate").IsOfDay(today)) AddPort(ports, sums);
     if (pauses.RowDone()) today = ReportDay(context.settings, context.clock);
   }
   return sums;

@@ -46,6 +46,9 @@ class Value {
   DateTime AsDate() const;
   bool AsBoolean() const;
 
+  // True for a date of that calendar day; a null and a text that is no date are of none.
+  bool IsOfDay(DateTime day) const;
+
   // For failure texts: the field that the value was read from. Shared, since a walk over a large
   // table makes many values of few fields.
   void SetName(std::shared_ptr<const std::string> name) { name_ = std::move(name); }

@@ -143,6 +143,10 @@ bool Value::AsBoolean() const {
   return AsNumber() != 0;
 }
 
+bool Value::IsOfDay(DateTime day) const {
+  return type_ == Type::kDate && DaysBetween(AsDate(), day) == 0;
+}
+
 std::string_view Value::Name() const {
   return name_ ? std::string_view(*name_) : std::string_view();
 }

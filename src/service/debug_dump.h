@@ -1,6 +1,7 @@
 // A record dump of DebugMode: lines gathered and appended to their file in one step.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,10 @@ class DebugDump {
   // "<name>=<value>"
   void Field(std::string_view name, std::string_view value) {
     text_.append(name).append("=").append(value).append(kLineEnd);
+  }
+  // "Exec Time=<n> ms": what the report took.
+  void ExecTime(std::int64_t milliseconds) {
+    Field("Exec Time", std::to_string(milliseconds) + " ms");
   }
   void Row(std::string_view row) { text_.append(row).append(kLineEnd); }
   void Write() const { AppendToFile(path_, text_); }

@@ -140,5 +140,17 @@ TEST(Value, ReadsAsA16BitIntegerAndAsASingle) {
   EXPECT_THROW(Value().AsSingle(), ConversionFailure);
 }
 
+TEST(Value, IsOfADayWhateverItsTimeAndOnlyAsADate) {
+  const DateTime day = MakeDateTime({2024, 5, 1});
+  EXPECT_TRUE(Value::Date(day).IsOfDay(day));
+  EXPECT_TRUE(Value::Date(MakeDateTime({2024, 5, 1, 23, 59, 59})).IsOfDay(day));
+  EXPECT_TRUE(Value::Date(day).IsOfDay(MakeDateTime({2024, 5, 1, 12})));
+  EXPECT_FALSE(Value::Date(MakeDateTime({2024, 4, 30, 23, 59, 59})).IsOfDay(day));
+  EXPECT_FALSE(Value::Date(MakeDateTime({2023, 5, 1})).IsOfDay(day));
+  EXPECT_FALSE(Value().IsOfDay(day));
+  EXPECT_FALSE(Value::Text("2024-05-01").IsOfDay(day));
+  EXPECT_FALSE(Value::Integer(20240501).IsOfDay(day));
+}
+
 }  // namespace
 }  // namespace quillon
