@@ -5,6 +5,7 @@
 // same client can be served nested, inside a pumping wait of the first.
 #include "platform/listener.h"
 
+#include <algorithm>
 #include <array>
 #include <asio/ip/tcp.hpp>
 #include <asio/post.hpp>
@@ -109,7 +110,7 @@ class Listener::Implementation {
   };
 
   bool HoldsBack() const { return running_.size() >= kDepthLimit || loop_.HasOverdueJob(); }
-  ConnectionId LowestFreeId() const;
+  ConnectionId FreeId() const;
   void WaitForClient();
   void WaitForClientLater();
   void TakeClient(const asio::error_code& error, tcp::socket socket);
@@ -190,12 +191,22 @@ ConnectionPtr Listener::Implementation::FindUp(ConnectionId id) const {
   return found != connections_.end() && found->second->up ? found->second : nullptr;
 }
 
-ConnectionId Listener::Implementation::LowestFreeId() const {
-  ConnectionId id = 1;
-  for (const auto& [taken, connection] : connections_) {
-    if (taken != id) break;
-    ++id;
+// Numbers of clients that left inside their own events come last: until such an event ends, its
+// report fills the records of that number.
+ConnectionId Listener::Implementation::FreeId() const {
+  const auto isRunning = [this](ConnectionId id) {
+    return std::any_of(running_.begin(), running_.end(),
+                       [id](const Numbered& event) { return event.id == id; });
+  };
+  ConnectionId lowest = 0;
+  for (ConnectionId id = 1; id <= Listener::kKeptApart; ++id) {
+    if (connections_.contains(id)) continue;
+    if (!isRunning(id)) return id;
+    if (lowest == 0) lowest = id;
   }
+  if (lowest != 0) return lowest;
+  ConnectionId id = Listener::kKeptApart + 1;
+  while (connections_.contains(id)) ++id;
   return id;
 }
 
@@ -235,7 +246,7 @@ void Listener::Implementation::AddClient(tcp::socket socket) {
   if (!error) socket.non_blocking(true, error);
   if (!error) socket.set_option(tcp::no_delay(true), error);
   if (error) return WaitForClientLater();  // gone before it was looked at: it had no number
-  const ConnectionId id = LowestFreeId();
+  const ConnectionId id = FreeId();
   const auto connection = std::make_shared<Connection>(std::move(socket));
   connection->remoteHost = peer.address().to_string();
   connection->remotePort = peer.port();

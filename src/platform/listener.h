@@ -11,9 +11,9 @@
 
 namespace quillon {
 
-// Number of a connection: the lowest that is free, from 1 on. Inside an event of a
-// connection its number means that connection, also when it has gone meanwhile and the
-// number has been given to the next client.
+// Number of a connection: the lowest that is free, from 1 on. That of a client who left inside an
+// event of his is given away before the event ends only when no other one up to kKeptApart is free;
+// inside the event it means his connection all the same.
 using ConnectionId = std::int16_t;
 
 // What the listener tells. Every call runs as an event on the loop, may be nested in
@@ -37,6 +37,10 @@ class Listener {
   // Depth of nested events from which no further read is started until it falls, so
   // that clients cannot grow the stack without end. Nor is one started while a job is overdue.
   static constexpr int kDepthLimit = 32;
+
+  // The largest number that is kept apart so. What is filled for a number, over some waits, is not
+  // to be mixed up with what the next client asks for.
+  static constexpr ConnectionId kKeptApart = 19;
 
   explicit Listener(EventLoop& loop);
   ~Listener();

@@ -152,7 +152,7 @@ TEST_F(ListenerNestingTest, ConnectionThatLeavesAtTheGreatestDepthIsReportedInTh
   }
 }
 
-TEST_F(ListenerNestingTest, IdOfALeaverIsFreeAtOnceAndStaysItsOwnInsideItsEvent) {
+TEST_F(ListenerNestingTest, IdOfALeaverIsKeptBackUntilItsEventEnds) {
   ConnectClients(1);
   inside = [&](ConnectionId id, const std::string&) {
     ClientOf(1).Close();
@@ -164,8 +164,25 @@ TEST_F(ListenerNestingTest, IdOfALeaverIsFreeAtOnceAndStaysItsOwnInsideItsEvent)
   };
   SendAndSettle(ClientOf(1), "first");
   clients.push_back(Connect());
-  EXPECT_EQ(events.connected, (std::vector<ConnectionId>{1, 1, 2}));
+  EXPECT_EQ(events.connected, (std::vector<ConnectionId>{1, 2, 1}));
   EXPECT_EQ(std::count(events.log.begin(), events.log.end(), "disconnected 1"), 1);
+}
+
+TEST_F(ListenerNestingTest, IdOfALeaverIsGivenAwayWhereNoOtherIsLeftAndStaysItsOwnInsideItsEvent) {
+  ConnectClients(Listener::kKeptApart);
+  inside = [&](ConnectionId id, const std::string&) {
+    ClientOf(5).Close();
+    loop.DelayMs(500);
+    clients.push_back(ConnectUnnoticed());
+    loop.DelayMs(500);
+    EXPECT_FALSE(listener.Connected(id));
+    EXPECT_THROW(listener.DataToSend(id, "page of the leaver"), SocketFailure);
+  };
+  SendAndSettle(ClientOf(5), "first");
+  EXPECT_EQ(events.connected.back(), 5);
+  EXPECT_TRUE(listener.Connected(5));
+  clients.back()->Receive();
+  EXPECT_EQ(clients.back()->received(), "");
 }
 
 TEST_F(ListenerNestingTest, AnswerToALeaverFailsAndReachesNobodyElse) {
