@@ -89,6 +89,10 @@ int DaysBetween(DateTime from, DateTime to) {
   return static_cast<int>((floor<days>(to) - floor<days>(from)).count());
 }
 
+unsigned WeekdayOf(DateTime moment) {
+  return std::chrono::weekday(floor<days>(moment)).c_encoding();
+}
+
 std::string DateTimeText(DateTime moment) {
   return DayText(moment) + " " + FormatTime(moment);
 }

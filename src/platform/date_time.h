@@ -41,6 +41,9 @@ std::string DayText(DateTime moment);
 // Number of calendar-day boundaries from one moment to a later one; below 0 to an earlier one.
 int DaysBetween(DateTime from, DateTime to);
 
+// 0 for Sunday to 6 for Saturday.
+unsigned WeekdayOf(DateTime moment);
+
 // "YYYY-MM-DD HH:MM:SS": the form of the databases and of the event file.
 std::string DateTimeText(DateTime moment);
 

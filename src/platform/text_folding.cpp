@@ -1,4 +1,4 @@
-// Folding by the C library's table of letters.
+// Letters by the C library's table of letters.
 #include "platform/text_folding.h"
 
 #include <clocale>
@@ -41,6 +41,27 @@ char32_t Fold(char32_t character) {
   return static_cast<char32_t>(towlower_l(static_cast<wint_t>(character), locale));
 }
 
+char32_t Upper(char32_t character) {
+  if (character < 0x80) {
+    return character >= U'a' && character <= U'z' ? character - (U'a' - U'A') : character;
+  }
+  const locale_t locale = FoldingLocale();
+  if (locale == nullptr) return character;
+  return static_cast<char32_t>(towupper_l(static_cast<wint_t>(character), locale));
+}
+
+// The bytes of a character.
+std::string Utf8(char32_t character) {
+  if (character < 0x80) return {static_cast<char>(character)};
+  int following = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+  const char32_t mark = 0xFF00u >> (following + 1) & 0xFFu;  // as many ones as there are bytes
+  std::string bytes = {static_cast<char>(mark | character >> 6 * following)};
+  while (following-- > 0) {
+    bytes += static_cast<char>(0x80u | (character >> 6 * following & 0x3Fu));
+  }
+  return bytes;
+}
+
 char32_t NextFolded(std::string_view text, std::size_t& position) {
   return Fold(NextCharacter(text, position));
 }
@@ -66,6 +87,15 @@ int CompareFolded(std::string_view left, std::string_view right) {
   }
   if (l == left.size() && r == right.size()) return 0;
   return l == left.size() ? -1 : 1;
+}
+
+std::string Capitalized(std::string_view text) {
+  if (text.empty()) return "";
+  std::size_t rest = 0;
+  const char32_t first = NextCharacter(text, rest);
+  const char32_t upper = Upper(first);
+  if (upper == first) return std::string(text);
+  return Utf8(upper).append(text.substr(rest));
 }
 
 void LoadFolding() {

@@ -1,4 +1,5 @@
-// UTF-8 texts without regard to case, for all letters and not only those of ASCII.
+// UTF-8 texts without regard to case, for all letters and not only those of ASCII; and the upper
+// case of a first letter.
 #pragma once
 
 #include <string>
@@ -12,6 +13,9 @@ std::u32string Folded(std::string_view text);
 
 // Texts compared by their folded characters: below 0, 0 or above 0.
 int CompareFolded(std::string_view left, std::string_view right);
+
+// The text with its first character in upper case.
+std::string Capitalized(std::string_view text);
 
 // Loads the table of letters, so that no later call has to.
 void LoadFolding();

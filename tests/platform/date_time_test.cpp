@@ -100,5 +100,13 @@ TEST(DateTime, DaysBetweenTwoMomentsAreTheMidnightsBetweenThem) {
   EXPECT_EQ(366, DaysBetween(MakeDateTime({2024, 1, 1}), MakeDateTime({2025, 1, 1})));
 }
 
+TEST(DateTime, WeekdaysCountFromSunday) {
+  EXPECT_EQ(6u, WeekdayOf(ZeroDate()));
+  EXPECT_EQ(4u, WeekdayOf(MakeDateTime({2024, 2, 29, 23, 59, 59, 999})));
+  EXPECT_EQ(6u, WeekdayOf(MakeDateTime({2024, 3, 2})));
+  EXPECT_EQ(0u, WeekdayOf(MakeDateTime({2024, 3, 3})));
+  EXPECT_EQ(1u, WeekdayOf(MakeDateTime({2024, 3, 4})));
+}
+
 }  // namespace
 }  // namespace quillon

@@ -49,5 +49,16 @@ TEST(Folded, ByteThatBeginsNoCharacterIsNoLetter) {
   }
 }
 
+TEST(Capitalized, FirstLetterIsInUpperCaseAndTheRestStays) {
+  const Pair rows[] = {
+      {"", ""},         {"m", "M"},   {"mars 5", "Mars 5"}, {"Mars", "Mars"}, {"éTÉ", "ÉTÉ"},
+      {"únor", "Únor"}, {"αβ", "Αβ"}, {"ж", "Ж"},           {"ⰰ", "Ⰰ"},       {"𐐨x", "𐐀x"},
+      {"1st", "1st"},   {" a", " a"}, {"\xE4r", "\xE4r"},   {"\xC3", "\xC3"},
+  };
+  for (const Pair& row : rows) {
+    EXPECT_EQ(Capitalized(row.left), row.right) << testing::PrintToString(row.left);
+  }
+}
+
 }  // namespace
 }  // namespace quillon
