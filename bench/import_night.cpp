@@ -14,7 +14,6 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <stdexcept>
@@ -24,7 +23,7 @@
 #include "import/disk_trends.h"
 #include "import/import.h"
 #include "import/report_marks.h"
-#include "platform/clock.h"
+#include "in_process.h"
 #include "support/reporting.h"
 #include "support/sql_rows.h"
 
@@ -35,52 +34,34 @@ using namespace quillon;
 constexpr std::int16_t kReportHour = 3;
 constexpr int kDaysBetweenFigures = 100;
 
-using Milliseconds = std::chrono::duration<double, std::milli>;
-
-// The machine's clock, of which whole days can be skipped, and which only counts the sleeps.
-class NightClock : public SystemClock {
+// A clock of which whole days can be skipped.
+class NightClock : public SleeplessClock {
  public:
-  DateTime Now() const override { return SystemClock::Now() + skipped_; }
-  void Sleep(std::chrono::milliseconds duration) override { slept_ += duration; }
+  DateTime Now() const override { return SleeplessClock::Now() + skipped_; }
 
   void SkipDay() { skipped_ += std::chrono::days(1); }
-  std::chrono::milliseconds slept() const { return slept_; }
 
  private:
   std::chrono::days skipped_{0};
-  std::chrono::milliseconds slept_{0};
 };
-
-template <typename Work>
-Milliseconds TimeOf(Work&& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::steady_clock::now() - start;
-}
 
 // What an import touches, in an installation whose figures are of today.
 class Night {
  public:
-  explicit Night(const std::string& directory) {
-    settings_.AppPath = directory;
-    settings_.ConnReports = ConnectionString("Reports.mdb");
-    settings_.ConnHistory = ConnectionString("History.mdb");
-    settings_.DatumFormat = "YYYY-MM-DD";
-    settings_.CharSet = "ISO-8859-1";
-  }
+  explicit Night(const std::string& directory) : settings_(SettingsOf(directory)) {}
 
   Milliseconds ImportDay() {
     UpdateHistory_Db(context_, kReportHour);
     bool imported = false;
     const Milliseconds work = TimeOf([&] { Import(context_, imported); });
-    CheckEvents();
+    ExpectNoEvent(settings_);
     if (!imported) throw std::runtime_error("the import was not due");
     return work;
   }
 
   Milliseconds FixTrends() {
     const Milliseconds work = TimeOf([&] { DiskFixTrendValues(context_); });
-    CheckEvents();
+    ExpectNoEvent(settings_);
     return work;
   }
 
@@ -96,15 +77,6 @@ class Night {
   std::chrono::milliseconds slept() const { return clock_.slept(); }
 
  private:
-  std::string ConnectionString(const std::string& file) const {
-    return "Provider=SQLite;Data Source=" + settings_.AppPath + "/" + file;
-  }
-
-  void CheckEvents() const {
-    const std::string file = settings_.AppPath + "/Debug/AppEventWeb.txt";
-    if (std::filesystem::exists(file)) throw std::runtime_error("see " + file);
-  }
-
   NightClock clock_;
   Settings settings_;
   ReportPeriod period_;

@@ -61,10 +61,11 @@ class FullTable {
   SystemClock clock_;
   Settings settings_;
   LangWords words_;
+  CalendarNames calendar_;
   ReportPeriod period_;
   ReportRecords records_;
   Reporting reporting_{settings_, clock_};
-  RenderContext context_{reporting_.diagnostics(), settings_, words_, period_, records_};
+  RenderContext context_{reporting_.diagnostics(), settings_, words_, calendar_, period_, records_};
 };
 
 void PageFrame(benchmark::State& state) {

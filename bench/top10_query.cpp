@@ -6,11 +6,10 @@
 // Prints "call <microseconds>" for each call, then "port <recNo> <ifIndex>" for each row.
 #include <fmt/core.h>
 
-#include <chrono>
 #include <cstdio>
 #include <string>
 
-#include "platform/clock.h"
+#include "in_process.h"
 #include "queries/switch_top10.h"
 #include "support/reporting.h"
 
@@ -23,30 +22,25 @@ constexpr int kCalls = 4;
 
 class Query {
  public:
-  explicit Query(const std::string& directory) {
-    settings_.AppPath = directory;
-    settings_.ConnReports = "Provider=SQLite;Data Source=" + directory + "/Reports.mdb";
-    settings_.DatumFormat = "YYYY-MM-DD";
-    settings_.CharSet = "ISO-8859-1";
-  }
+  explicit Query(const std::string& directory) : settings_(SettingsOf(directory)) {}
 
-  std::chrono::duration<double, std::micro> Run() {
+  Microseconds Run() {
     for (SwitchTableRow& row : records_.SwitchTableRep[kSlot].rows) row.recNo = 0;
-    const auto start = std::chrono::steady_clock::now();
-    SqlTop10SwitchStats(context_, kSlot, "InErrorsTot24H", false);
-    return std::chrono::steady_clock::now() - start;
+    return TimeOf([&] { SqlTop10SwitchStats(context_, kSlot, "InErrorsTot24H", false); });
   }
 
   const SwitchTableRecord& record() const { return records_.SwitchTableRep[kSlot]; }
 
  private:
   SystemClock clock_;
+  EventLoop loop_{clock_};
   Settings settings_;
   LangWords words_;
   ReportPeriod period_;
   ReportRecords records_;
   Reporting reporting_{settings_, clock_};
-  QueryContext context_{reporting_.diagnostics(), settings_, clock_, words_, period_, records_};
+  QueryContext context_{
+      reporting_.diagnostics(), settings_, clock_, loop_, words_, period_, records_};
 };
 
 }  // namespace

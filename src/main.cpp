@@ -26,6 +26,7 @@ int main(int argumentCount, char** arguments) {
   EventLoop loop(clock);
   Settings settings;
   LangWords words;
+  const CalendarNames calendar = CalendarNames::OfEnvironment();
   ReportPeriod period;
   ReportRecords records;
   std::string favIconData;
@@ -35,8 +36,8 @@ int main(int argumentCount, char** arguments) {
   TrapTarget trapTarget;
   const Diagnostics diagnostics{settings, clock, loop, tcpServer, snmpAgent, trapTarget};
 
-  RenderContext render{diagnostics, settings, words, period, records};
-  QueryContext queries{diagnostics, settings, clock, words, period, records};
+  RenderContext render{diagnostics, settings, words, calendar, period, records};
+  QueryContext queries{diagnostics, settings, clock, loop, words, period, records};
 
   PageMemory pageMemory;
   WebContext web{diagnostics, settings, clock,      tcpServer,  render,

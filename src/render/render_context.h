@@ -2,6 +2,7 @@
 // a text that its caller owns; what was appended before a failure stays.
 #pragma once
 
+#include "platform/calendar_names.h"
 #include "queries/records/report_records.h"
 #include "service/diagnostics.h"
 #include "service/language_words.h"
@@ -14,6 +15,7 @@ struct RenderContext {
   const Diagnostics& diagnostics;
   const Settings& settings;
   const LangWords& words;
+  const CalendarNames& calendar;
   const ReportPeriod& period;
   const ReportRecords& records;
 

@@ -44,14 +44,15 @@ class House {
   EventLoop loop{clock};
   Settings settings;
   LangWords words;
+  CalendarNames calendar;
   ReportPeriod period;
   ReportRecords records;
   Listener tcpServer{loop};
   RecordingAgent snmpAgent;
   TrapTarget trapTarget;
   Diagnostics diagnostics{settings, clock, loop, tcpServer, snmpAgent, trapTarget};
-  RenderContext render{diagnostics, settings, words, period, records};
-  QueryContext queries{diagnostics, settings, clock, words, period, records};
+  RenderContext render{diagnostics, settings, words, calendar, period, records};
+  QueryContext queries{diagnostics, settings, clock, loop, words, period, records};
   ImportContext imports{diagnostics, settings, clock, loop, period};
 
  private:

@@ -272,7 +272,8 @@ TEST_F(Top10Routes, WithoutReportsMdbThePageHasAnEmptyTableAndThereIsAnEvent) {
   RemoveReports();
   const std::string name = "switch-trunk-port-top10-involume.htm";
   const ReportRecords untouched;
-  const RenderContext empty{site.diagnostics, site.settings, site.words, site.period, untouched};
+  const RenderContext empty{site.diagnostics, site.settings, site.words,
+                            site.calendar,    site.period,   untouched};
   const std::string page = Page(empty, kKinds[1], name);
   EXPECT_EQ(site.Get(name), ClosedResponse(site.render, page));
   EXPECT_EQ(Stored(name), page);
