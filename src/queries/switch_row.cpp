@@ -2,7 +2,8 @@
 #include "queries/switch_row.h"
 
 #include "platform/number_text.h"
-#include "platform/text_encoding.h"
+#include "queries/page_field.h"
+#include "queries/rates.h"
 #include "render/value_scaling.h"
 
 namespace quillon {
@@ -10,47 +11,7 @@ namespace {
 
 constexpr std::string_view kNoVlan = "-1";
 
-// Numbers of the unit words in the language file.
-constexpr int kPerDay = 38;
-constexpr int kPerMinute = 39;
-constexpr int kPerSecond = 40;
-constexpr int kMegabit = 41;
-constexpr int kKilobit = 44;
-constexpr int kGigabit = 45;
-
-// A field of the database as text of the page.
-std::string PageField(const QueryContext& context, const Recordset& rows, std::string_view name) {
-  return PageText(rows.Field(name).AsText(), context.settings.CharSet);
-}
-
-// "  (<value> <unit>)" behind a figure.
-std::string Bracket(double value, const std::string& unit) {
-  return "  (" + Trimmed(DigitPattern(RoundHalfEven(value), "### ##0")) + " " + unit + ")";
-}
-
-// The mean rate of a day's volume in megabytes: 10,800 of them are one megabit a second.
-// `smallest` is the volume that the last test looks at.
-std::string RatePart(const QueryContext& context, const std::string& volume,
-                     const std::string& smallest) {
-  constexpr double kSecondsPerDay = 86400;
-  constexpr double kGigabitVolume = 108'000'000;
-  constexpr double kMegabitVolume = 10'800;
-  constexpr double kLeastVolume = 10;
-  const auto number = ParseNumber(volume);
-  if (!number) return "";
-  if (*number > kGigabitVolume) {
-    return Bracket(*number / 10'800'000, context.LangWord(kGigabit));
-  }
-  if (*number > kMegabitVolume) {
-    return Bracket(*number * 8 / kSecondsPerDay, context.LangWord(kMegabit));
-  }
-  if (LeadingNumber(smallest) > kLeastVolume) {
-    return Bracket(*number * 8 * 1000 / kSecondsPerDay, context.LangWord(kKilobit));
-  }
-  return "";
-}
-
-// A volume in its short and its full form. `smallest` as in RatePart.
+// A volume in its short and its full form, whose rate is left out where `smallest` is small.
 void VolumeTexts(const QueryContext& context, const std::string& value, const std::string& smallest,
                  std::string& shortForm, std::string& fullForm) {
   std::string text = value;
@@ -58,27 +19,16 @@ void VolumeTexts(const QueryContext& context, const std::string& value, const st
   shortForm = text;
   text = value;
   ConvHCBytes(context.diagnostics, text, true);
-  fullForm = text + RatePart(context, value, smallest);
+  fullForm = text;
+  if (const auto number = ParseNumber(value)) {
+    fullForm += VolumeRate(context, *number, LeadingNumber(smallest), "### ##0");
+  }
 }
-
-// A count with its unit, and in brackets its rate in the next smaller unit of time,
-// where the count is above what one makes of it.
-struct CountUnits {
-  int unit;            // word of the count's unit
-  int rateUnit;        // word of the rate's unit
-  double perRateUnit;  // how many of the smaller unit make one of the unit
-};
-
-constexpr CountUnits kPacketUnits = {kPerMinute, kPerSecond, 60};
-constexpr CountUnits kErrorUnits = {kPerDay, kPerMinute, 1440};
 
 void CountTexts(const QueryContext& context, const std::string& value, const CountUnits& units,
                 std::string& shortForm, std::string& fullForm) {
   shortForm = Trimmed(DigitPattern(value, "### ### ##0"));
-  fullForm = shortForm + " " + context.LangWord(units.unit);
-  const auto number = ParseNumber(value);
-  if (!number || *number <= units.perRateUnit) return;
-  fullForm += Bracket(*number / units.perRateUnit, context.LangWord(units.rateUnit));
+  fullForm = CountText(context, value, units, "  ");
 }
 
 std::string SelectPortMac(std::int32_t recNo, std::int32_t ifIndex) {
@@ -146,18 +96,18 @@ void FillMetrics(const QueryContext& context, const Recordset& vlan, SwitchTable
   // and some out shows none.
   VolumeTexts(context, metric("OutHCOctetsMb24H"), inVolume, row.outHCOctetsMb24H,
               row.outHCOctetsMb24HF);
-  CountTexts(context, metric("InBroadCastPpm24H"), kPacketUnits, row.inBroadCastPpm24H,
+  CountTexts(context, metric("InBroadCastPpm24H"), kPortPackets, row.inBroadCastPpm24H,
              row.inBroadCastPpm24HF);
   const std::string inMultiCast = metric("InMultiCastPpm24H");
   if (inMultiCast == "-1") {  // the device does not count them
     row.inMultiCastPpm24H = "-";
     row.inMultiCastPpm24HF = "-";
   } else {
-    CountTexts(context, inMultiCast, kPacketUnits, row.inMultiCastPpm24H, row.inMultiCastPpm24HF);
+    CountTexts(context, inMultiCast, kPortPackets, row.inMultiCastPpm24H, row.inMultiCastPpm24HF);
   }
-  CountTexts(context, metric("InErrorsTot24H"), kErrorUnits, row.inErrorsTot24H,
+  CountTexts(context, metric("InErrorsTot24H"), kPortErrors, row.inErrorsTot24H,
              row.inErrorsTot24HF);
-  CountTexts(context, metric("OutErrorsTot24H"), kErrorUnits, row.outErrorsTot24H,
+  CountTexts(context, metric("OutErrorsTot24H"), kPortErrors, row.outErrorsTot24H,
              row.outErrorsTot24HF);
 }
 

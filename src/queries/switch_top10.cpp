@@ -87,7 +87,7 @@ void FillUsers(const QueryContext& context, Connection& reports, bool isTrunk,
 void WriteDump(const QueryContext& context, std::int64_t startTick, std::string_view field,
                bool isTrunk, const SwitchTableRecord& record) {
   DebugDump dump(context.settings, "\\Debug\\WebSqlTop10.txt");
-  dump.Field("Exec Time", fmt::format("{} ms", context.clock.TickMs() - startTick));
+  dump.ExecTime(context.clock.TickMs() - startTick);
   dump.Field("Top10 Field", field);
   dump.Field("Trunk", Word(isTrunk));
   dump.Field("TableHead", record.TableHead);
@@ -105,7 +105,7 @@ void WriteDump(const QueryContext& context, std::int64_t startTick, std::string_
 
 void SqlTop10SwitchStats(QueryContext& context, ConnectionId slot, std::string_view field,
                          bool isTrunk) {
-  ErrorExit(context.diagnostics, "modSelectSql", "SqlTop10SwitchStats", [&] {
+  ErrorExit(context.diagnostics, kQueryModule, "SqlTop10SwitchStats", [&] {
     const std::int64_t startTick = context.clock.TickMs();
     Connection reports;
     reports.Open(context.settings.ConnReports);
