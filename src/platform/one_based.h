@@ -43,6 +43,9 @@ template <typename T, std::size_t N>
 using Rows = OneBased<T, N>;  // rows of a table
 
 template <typename T>
+using Days = OneBased<T, 45>;  // days of a chart: 1 is the oldest, 45 is yesterday
+
+template <typename T>
 using Slots = OneBased<T, 20>;  // one entry for each connection id
 
 }  // namespace quillon

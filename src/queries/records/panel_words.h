@@ -1,0 +1,24 @@
+// Numbers of the words of each panel in the language file: queries put them into the records, pages
+// put them over the charts.
+#pragma once
+
+namespace quillon {
+
+struct PanelWords {
+  int head;
+  int left;
+  int right;
+};
+
+inline constexpr PanelWords kVolumeWords = {12, 22, 23};
+inline constexpr PanelWords kBroadcastWords = {13, 24, 25};
+inline constexpr PanelWords kErrorsWords = {14, 26, 27};
+inline constexpr PanelWords kPortsWords = {48, 49, 50};
+
+inline constexpr PanelWords kPhysicalWords = {76, 69, 71};
+inline constexpr PanelWords kVirtualWords = {77, 69, 71};
+inline constexpr PanelWords kWindowsWords = {78, 69, 71};
+inline constexpr PanelWords kUnixWords = {79, 69, 71};
+inline constexpr PanelWords kDiskWords = {80, 69, 71};
+
+}  // namespace quillon
