@@ -108,9 +108,7 @@ void TopHeader_End(const RenderContext& context, std::string& pageHtml) {
     Line(pageHtml,
          "      <td width='10px' style='vertical-align:top;padding:0px'>"
          "<table class='topHeader2'>");
-    Line(pageHtml, "        <tr><th style='font-weight:bold'><a href=# onMouseOver=", QuoteChar,
-         "popupShow('h1')", QuoteChar, " href=# onMouseOut=", QuoteChar, "popupHide('h1')",
-         QuoteChar, ">?</a></th></tr>");
+    Line(pageHtml, "        <tr><th style='font-weight:bold'>", PopupLink("h1", "?"), "</th></tr>");
     Line(pageHtml, "          <div id='h1' class='popupHelp'>");
     Line(pageHtml, "          <div class='div-table'>");
     Append(pageHtml, context.words.HelpText);

@@ -23,4 +23,13 @@ void Line(std::string& page, const Pieces&... pieces) {
   Append(page, pieces..., kLineEnd);
 }
 
+// A link over which the popup of that id is open. The attribute href stands twice, as ever.
+inline std::string PopupLink(std::string_view popupId, std::string_view text) {
+  std::string link;
+  Append(link, "<a href=# onMouseOver=", QuoteChar, "popupShow('", popupId, "')", QuoteChar,
+         " href=# onMouseOut=", QuoteChar, "popupHide('", popupId, "')", QuoteChar, ">", text,
+         "</a>");
+  return link;
+}
+
 }  // namespace quillon

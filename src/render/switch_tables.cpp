@@ -83,10 +83,8 @@ void PortPopup(const RenderContext& context, const SwitchTableRow& row, int rowN
 
 // The cell of the port's name, over which the popup opens.
 void PortCell(const SwitchTableRow& row, int rowNumber, std::string& pageHtml) {
-  const std::string popup = "t" + std::to_string(rowNumber);
-  Line(pageHtml, "    <td width='130px' style='text-align:left'><a href=# onMouseOver=", QuoteChar,
-       "popupShow('", popup, "')", QuoteChar, " href=# onMouseOut=", QuoteChar, "popupHide('",
-       popup, "')", QuoteChar, ">", row.ifDescr, "</a></td>");
+  Line(pageHtml, "    <td width='130px' style='text-align:left'>",
+       PopupLink("t" + std::to_string(rowNumber), row.ifDescr), "</td>");
 }
 
 void PortRow(const RenderContext& context, const SwitchTableRow& row, int rowNumber,
