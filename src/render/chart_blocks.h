@@ -1,0 +1,17 @@
+// The charts of a report one below the other, each with its band. `slot` is 1 to 20.
+#pragma once
+
+#include <string>
+
+#include "platform/listener.h"
+#include "render/render_context.h"
+
+namespace quillon {
+
+// Append the three charts of a port out of Hist45SwitchRep.
+void PortChartBlocks(const RenderContext& context, ConnectionId slot, std::string& chartHtml);
+
+// Append the four charts of all ports of a kind out of Hist45dSwitchRep.
+void SwitchSummaryBlocks(const RenderContext& context, ConnectionId slot, std::string& pageHtml);
+
+}  // namespace quillon
