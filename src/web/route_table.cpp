@@ -2,8 +2,10 @@
 #include "web/route_table.h"
 
 #include "render/page_frame.h"
+#include "web/chart_routes.h"
 #include "web/http_header.h"
 #include "web/static_routes.h"
+#include "web/summary_route.h"
 #include "web/text_search.h"
 #include "web/top10_routes.h"
 
@@ -25,9 +27,9 @@ void GiveUp(WebContext&, Request&) {}
 // The order is meaning: the first hit ends the search, and a chart's URL holds the name
 // of the table that it belongs to, so the charts stand in front.
 constexpr Route kRoutes[] = {
-    {"hist45-", Where::kHttpQuery, GiveUp},
-    {"hist45d-switch-", Where::kHttpQuery, GiveUp},
-    {"-port-summary", Where::kHttpQuery, GiveUp},
+    {"hist45-", Where::kHttpQuery, RoutePortCharts},
+    {"hist45d-switch-", Where::kHttpQuery, RouteSwitchSummary},
+    {"-port-summary", Where::kHttpQuery, RouteSwitchSummary},
     {"switch-access-port-top10", Where::kHttpQuery, RouteSwitchTop10Access},
     {"switch-trunk-port-top10", Where::kHttpQuery, RouteSwitchTop10Trunk},
     {"GET /select?report=search-device-port-name", Where::kText, GiveUp},
@@ -36,8 +38,8 @@ constexpr Route kRoutes[] = {
     {"POST /search-mac-ip", Where::kText, GiveUp},
     {"POST /search-device-port-name", Where::kText, GiveUp},
     {"POST /search-device-port-alias", Where::kText, GiveUp},
-    {"histdisk45-", Where::kHttpQuery, GiveUp},
-    {"histdisksearch45-", Where::kHttpQuery, GiveUp},
+    {"histdisk45-", Where::kHttpQuery, RouteDiskChart},
+    {"histdisksearch45-", Where::kHttpQuery, RouteDiskChartOfSearch},
     {"disk-physical-top10", Where::kHttpQuery, RouteCachedPage},
     {"disk-virtual-top10", Where::kHttpQuery, RouteCachedPage},
     {"disk-windows-top10", Where::kHttpQuery, RouteCachedPage},

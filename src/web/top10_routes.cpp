@@ -6,6 +6,7 @@
 #include "render/switch_tables.h"
 #include "web/page_cache.h"
 #include "web/page_closing.h"
+#include "web/stored_page.h"
 #include "web/text_search.h"
 
 namespace quillon {
@@ -41,13 +42,9 @@ std::string_view SortField(const std::string& httpQuery, const PortKind& kind) {
   return kOtherSortField;
 }
 
-// The page from the cache, where the request has a file there.
-bool TakeTableFromCache(WebContext& context, Request& request) {
-  if (!IsCached(context.settings, request.cacheFile)) return false;
-  ReadFromCache(context.diagnostics, context.pageMemory, request.id, request.cacheFile,
-                request.pageHtml);
-  request.tableFromCache = true;
-  return true;
+bool TakeStoredTable(WebContext& context, Request& request) {
+  return TakeStored(context, request.id, request.cacheFile, request.pageHtml,
+                    request.tableFromCache);
 }
 
 void BuildSwitchTable(WebContext& context, const PortKind& kind, Request& request) {
@@ -62,7 +59,7 @@ void BuildSwitchTable(WebContext& context, const PortKind& kind, Request& reques
 }
 
 void RouteSwitchTop10(WebContext& context, const PortKind& kind, Request& request) {
-  if (!TakeTableFromCache(context, request)) BuildSwitchTable(context, kind, request);
+  if (!TakeStoredTable(context, request)) BuildSwitchTable(context, kind, request);
   ClosePage(context, request);
 }
 
@@ -82,7 +79,7 @@ void RouteSwitchTop10Trunk(WebContext& context, Request& request) {
 }
 
 void RouteCachedPage(WebContext& context, Request& request) {
-  if (TakeTableFromCache(context, request)) ClosePage(context, request);
+  if (TakeStoredTable(context, request)) ClosePage(context, request);
 }
 
 }  // namespace quillon

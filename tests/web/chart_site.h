@@ -1,0 +1,190 @@
+// A site with the history of two ports and of all ports together, and words that show their
+// number: word 38 is "W38". Today is 2024-05-02, noon; the newest day of a chart is the day before.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "render/device_charts.h"
+#include "render/page_frame.h"
+#include "render/summary_charts.h"
+#include "support/report_rows.h"
+#include "support/site.h"
+#include "web/expected_pages.h"
+
+namespace quillon {
+
+class ChartSite : public testing::Test {
+ protected:
+  using Names = std::vector<std::string>;
+
+  // The volume of yesterday that tells the charts of port 4 of device 7 and of port 5 of device 8
+  // apart, and the sums of access and trunk ports.
+  static constexpr std::string_view kSeven = ": 5 000 M  (463 W44)<br>";
+  static constexpr std::string_view kEight = ": 700 M  (65 W44)<br>";
+  static constexpr std::string_view kAccess = ": 6 000 M  (556 W44)<br>";
+  static constexpr std::string_view kTrunk = ": 300 M  (28 W44)<br>";
+
+  ChartSite() {
+    for (int number = 1; number <= 100; ++number) {
+      site.words.LangWord[number] = "W" + std::to_string(number);
+    }
+    site.favIconData = "icon";
+    Reports(InsertPort({{"RecNo", "7"}, {"IfIndex", "4"}, {"DevName", "'sw7'"}}) +
+            InsertPort({{"RecNo", "8"}, {"IfIndex", "5"}, {"DevName", "'sw8'"}}));
+    History(
+        "UPDATE VLAN_HistCtrl SET TrafficDate = '2024-05-01 03:10:00'"
+        " WHERE HistTable = 'VLAN_Day01';"
+        "UPDATE VLAN_HistCtrl SET TrafficDate = '2024-04-29 03:10:00'"
+        " WHERE HistTable = 'VLAN_Day02';"
+        "INSERT INTO VLAN_Day01 VALUES (7, 4, 1, 2, 30, 40, 5000, 4000, 0),"
+        " (8, 5, 3, 4, 50, 60, 700, 600, 0);"
+        "INSERT INTO VLAN_Day02 VALUES (7, 4, 5, 6, 70, 80, 90, 100, 0);"
+        "INSERT INTO VLAN_HistSum VALUES"
+        " ('2024-05-01 03:10:00', 0, 11, 12, 13, 14, 6000, 5000, 20, 10),"
+        " ('2024-05-01 03:10:00', 1, 21, 22, 23, 24, 300, 200, 6, 3);");
+  }
+
+  void Reports(const std::string& sql) const { site.installation.Sql("Reports.mdb", sql); }
+  void History(const std::string& sql) const { site.installation.Sql("History.mdb", sql); }
+  void RemoveDatabases() const {
+    for (const char* name : {"Reports.mdb", "History.mdb"}) site.installation.Remove(name);
+  }
+
+  void Store(const std::string& name, const std::string& bytes) const {
+    site.installation.Write("WebReports/Cache/" + name, bytes);
+  }
+  std::string Stored(const std::string& name) const {
+    return site.installation.Read("WebReports/Cache/" + name);
+  }
+  Names CacheFiles() const { return site.installation.List("WebReports/Cache"); }
+  // A folder in the cache, through which a way up would lead somewhere.
+  void MakeDoor(const std::string& name) const {
+    std::filesystem::create_directory(site.installation.path() + "/WebReports/Cache/" + name);
+  }
+  void RemoveCacheFolder() const {
+    std::filesystem::remove_all(site.installation.path() + "/WebReports/Cache");
+  }
+
+  static std::string Request(const std::string& url) {
+    return "GET /" + url + " HTTP/1.1\r\nHost: test\r\n\r\n";
+  }
+
+  // The answer to a request, after which the connection is as good as before.
+  std::string Answer(const std::string& request) {
+    const auto client = site.Connect();
+    const std::string response = site.Exchange(*client, request);
+    EXPECT_EQ(site.Exchange(*client, Request("")), DefaultResponse(site.render)) << request;
+    client->Close();
+    site.Settle();
+    return response;
+  }
+
+  // What the client has got by now, without any further event.
+  static std::string Received(RawClient& client) {
+    client.Receive();
+    return client.received();
+  }
+
+  // Runs the action inside the first wait that lasts for so long already.
+  void InTheWait(std::function<void()> action, int milliseconds = 10) {
+    const auto moment = site.clock.slept() + std::chrono::milliseconds(milliseconds);
+    OnceSlept(moment, std::move(action));
+  }
+
+  // The charts of a port, and of all ports of a kind, as the record of a slot has them.
+  static std::string PortCharts(const RenderContext& render, ConnectionId slot) {
+    std::string charts;
+    for (const Chart& chart : kCharts) {
+      ChartHeader45_Switch(render, slot, render.LangWord(chart.title), render.LangWord(chart.left),
+                           render.LangWord(chart.right), charts);
+      ChartData45_Switch(render, slot, chart.kind, charts);
+    }
+    return charts;
+  }
+  static std::string SummaryCharts(const RenderContext& render, ConnectionId slot) {
+    std::string charts;
+    const auto add = [&](const Chart& chart) {
+      ChartHeader45d_SwitchSum(render, slot, render.LangWord(chart.title),
+                               render.LangWord(chart.left), render.LangWord(chart.right), charts);
+      ChartData45d_SwitchSum(render, slot, chart.kind, charts);
+    };
+    for (const Chart& chart : kCharts) add(chart);
+    add({48, 49, 50, "ports"});
+    return charts;
+  }
+
+  // The page of a chart whose link names no table, and that of a summary, without their ends.
+  std::string PageOfItsOwn(ConnectionId slot) const {
+    std::string page;
+    TopHeader_MailReport(site.render, page);
+    return page + PortCharts(site.render, slot);
+  }
+  std::string Summary(const RenderContext& render, const std::string& reportKey,
+                      ConnectionId slot) const {
+    std::string page;
+    TopHeader_Begin(render, 580, reportKey, page);
+    TopHeader_End(render, page);
+    return page + SummaryCharts(render, slot);
+  }
+
+  // The site's words around records that no report has written.
+  RenderContext Untouched() const {
+    return {site.diagnostics, site.settings, site.words, site.calendar, site.period, untouched_};
+  }
+
+  // "Table From Cache: ..." and "Chart From Cache: ..." of the log, in short: "TF" for a table from
+  // the cache and a chart that is not.
+  Names FromCache() const {
+    Names answers;
+    for (const std::string& line : SplitLines(site.installation.Read("Debug/WebConnections.txt"))) {
+      const std::size_t at = line.find(" From Cache: ");
+      if (at == std::string::npos) continue;
+      if (line.find("Table") < at) answers.emplace_back();
+      answers.back() += line[at + 13];
+    }
+    return answers;
+  }
+
+  // Heads of all events so far, without their texts: "modHtml_SaveToCache". All are failures.
+  Names Failures() const {
+    Names failures;
+    for (const std::string& event : site.Events()) {
+      EXPECT_EQ(event.substr(0, 2), "1\t") << event;
+      failures.push_back(event.substr(2, event.find('\t', 2) - 2));
+    }
+    return failures;
+  }
+
+  static bool Holds(const std::string& text, std::string_view words) {
+    return text.find(words) != std::string::npos;
+  }
+
+  Site site;
+
+ private:
+  struct Chart {
+    int title;
+    int left;
+    int right;
+    std::string_view kind;
+  };
+  static constexpr Chart kCharts[] = {
+      {12, 22, 23, "volume"}, {13, 24, 25, "broadcast"}, {14, 26, 27, "errors"}};
+
+  void OnceSlept(std::chrono::milliseconds moment, std::function<void()> action) {
+    site.loop.Post([this, moment, action = std::move(action)]() mutable {
+      if (site.clock.slept() < moment) return OnceSlept(moment, std::move(action));
+      action();
+    });
+  }
+
+  ReportRecords untouched_;
+};
+
+}  // namespace quillon
