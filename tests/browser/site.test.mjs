@@ -1,22 +1,24 @@
-// Drives a real browser over a running site that holds the demonstration data
-// and the words of the shipped Language.ini.
-//
-//   QUILLON_URL    address of the site, http://127.0.0.1:8080/
-//   QUILLON_SHOTS  folder for the screenshots
-//
-// The pages are asked for one after the other over few connections: the site
-// drops all of them when there are more than 19 at a time.
+// Drives a real browser over the fixed pages and the lists of a running site that
+// holds the demonstration data and the words of the shipped Language.ini.
 
 import assert from 'node:assert/strict';
-import { mkdir, mkdtemp, rm } from 'node:fs/promises';
-import { tmpdir } from 'node:os';
-import path from 'node:path';
-import { after, before, beforeEach, test } from 'node:test';
-import { chromium } from 'playwright-core';
-
-const siteUrl = process.env.QUILLON_URL;
-const shotsFolder = process.env.QUILLON_SHOTS;
-assert.ok(siteUrl && shotsFolder, 'QUILLON_URL and QUILLON_SHOTS must be set');
+import { test } from 'node:test';
+import {
+  address,
+  bandTitle,
+  bytesOf,
+  dataRows,
+  listName,
+  open,
+  page,
+  pointAway,
+  popupLink,
+  portKinds,
+  reportBox,
+  shoot,
+  table,
+  visibility,
+} from './browser.mjs';
 
 // In the order of the columns, with the words of their heads.
 const metrics = [
@@ -26,10 +28,6 @@ const metrics = [
   { name: 'inmulticast', head: 'In Multicast' },
   { name: 'inerrors', head: 'In Errors' },
   { name: 'outerrors', head: 'Out Errors' },
-];
-const portKinds = [
-  { name: 'access', report: 'Access Ports Top 10' },
-  { name: 'trunk', report: 'Trunk Ports Top 10' },
 ];
 const firstMetricColumn = 3;
 
@@ -43,52 +41,7 @@ const nonAsciiAliases = [
   'Öffnungszeiten-Anzeige',
 ];
 
-const reportBox = 'select[name=report]';
-const table = 'table.tableData';
-const dataRows = `${table} tr[class]`;
 const bandReport = 'table.repHeader2 >> nth=0 >> tr >> nth=0 >> td >> nth=1';
-const bandTitle = 'table.repHeader > tbody > tr > td:nth-child(2)';
-
-let userData;
-let browser;
-let page;
-
-before(async () => {
-  await mkdir(shotsFolder, { recursive: true });
-  userData = await mkdtemp(path.join(tmpdir(), 'quillon-browser-'));
-  browser = await chromium.launchPersistentContext(userData, {
-    executablePath: '/usr/bin/chromium',
-    headless: true,
-    viewport: { width: 1000, height: 800 },
-    args: [
-      '--no-sandbox',
-      '--disable-gpu',
-      '--disable-quic',
-      '--no-first-run',
-      '--disable-background-networking',
-      '--disable-component-update',
-      '--disable-sync',
-    ],
-  });
-  browser.setDefaultTimeout(15_000);
-  page = browser.pages()[0];
-});
-
-after(async () => {
-  await browser?.close();
-  await rm(userData, { recursive: true, force: true });
-});
-
-// The pointer rests where no page has anything under it.
-beforeEach(() => page.mouse.move(990, 790));
-
-const address = (name) => new URL(name, siteUrl).href;
-const listName = (kind, metric) => `switch-${kind}-port-top10-${metric}.htm`;
-const open = (name) => page.goto(address(name));
-const shoot = (name) => page.screenshot({ path: path.join(shotsFolder, name), fullPage: true });
-const visibility = (id) => page.locator(`#${id}`).evaluate((e) => getComputedStyle(e).visibility);
-const popupLink = (id) => page.locator(`a[onmouseover*="'${id}'"]`);
-const pointAway = () => page.mouse.move(990, 790);
 
 async function assertShowsList(kind, metric) {
   assert.equal(await page.locator(bandReport).innerText(), kind.report);
@@ -219,10 +172,9 @@ test('the icon is answered as image/x-icon', async () => {
 
 test('a second request of a list gives the same bytes', async () => {
   for (const kind of portKinds) {
-    const bytes = async () =>
-      Buffer.from(await (await fetch(address(listName(kind.name, 'outvolume')))).arrayBuffer());
-    const first = await bytes();
+    const list = listName(kind.name, 'outvolume');
+    const first = await bytesOf(list);
     assert.ok(first.length > 0);
-    assert.ok(first.equals(await bytes()), `the two answers for ${kind.name} ports differ`);
+    assert.ok(first.equals(await bytesOf(list)), `the two answers for ${kind.name} ports differ`);
   }
 });

@@ -1,0 +1,5 @@
+// All browser tests in one process: they share a browser, and the site gets one request
+// after the other.
+
+import './site.test.mjs';
+import './charts.test.mjs';
