@@ -13,14 +13,12 @@ import statistics
 import subprocess
 import sys
 import time
-from contextlib import contextmanager
-from datetime import datetime, timezone
 from pathlib import Path
 
 from cached_page import PAGE
 from figures import Line, MeasureError, Options, compare, rounds
-from installation import (CLIENT_CORE, PROGRAMS, SCRATCH, SERVER_CORE, Service, add_program,
-                          events_of, pinned)
+from installation import (CLIENT_CORE, PROGRAMS, SCRATCH, SERVER_CORE, Service, about_noon,
+                          add_program, events_of, pinned)
 from large_network import make_night, text_of
 from shell import Shell
 
@@ -35,21 +33,6 @@ DAYS, GROWN_UP = 400, 100  # the day from which on memory should not grow
 
 FIRST_PASS = 60  # seconds from the start to the tick that imports
 AHEAD = 5        # seconds by which the visitors come earlier
-
-
-@contextmanager
-def about_noon():
-    """All programs that start inside live in a time zone where it is about noon, so that neither
-    midnight nor 23 o'clock, from which on days are counted otherwise, falls into the measuring."""
-    before = os.environ.get("TZ")
-    os.environ["TZ"] = f"Noon{datetime.now(timezone.utc).hour - 12:+d}"
-    try:
-        yield
-    finally:
-        if before is None:
-            del os.environ["TZ"]
-        else:
-            os.environ["TZ"] = before
 
 
 # --- work -------------------------------------------------------------------------------

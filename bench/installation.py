@@ -1,11 +1,14 @@
 """An installation with demonstration data, and the real service running in it."""
 
 import http.client
+import os
 import shutil
 import signal
 import socket
 import subprocess
 import time
+from contextlib import contextmanager
+from datetime import datetime, timezone
 from pathlib import Path
 from typing import Optional
 
@@ -24,6 +27,21 @@ _handed_out: set[int] = set()  # ports that belong to a service, which may not h
 
 def pinned(core: str, *command) -> list[str]:
     return ["taskset", "-c", core, *map(str, command)]
+
+
+@contextmanager
+def about_noon():
+    """All programs that start inside live in a time zone where it is about noon, so that neither
+    midnight nor 23 o'clock, from which on days are counted otherwise, falls into the measuring."""
+    before = os.environ.get("TZ")
+    os.environ["TZ"] = f"Noon{datetime.now(timezone.utc).hour - 12:+d}"
+    try:
+        yield
+    finally:
+        if before is None:
+            del os.environ["TZ"]
+        else:
+            os.environ["TZ"] = before
 
 
 def free_port() -> int:

@@ -5,18 +5,25 @@ from pathlib import Path
 
 from installation import new_databases
 
+HISTORY_DAYS = 45
+
 
 def text_of(script: str) -> str:
     return (Path(__file__).parent / script).read_text(encoding="utf-8")
 
 
-def fill(database: Path, script: str, **parameters: int) -> None:
-    """Runs a script of this folder where the database is, beside the other ones."""
+def run(database: Path, statements: str, **parameters: int) -> None:
+    """Runs statements where the database is, beside the other ones."""
     command = ["sqlite3", "-bail"]
     for name, value in parameters.items():
         command += ["-cmd", f".parameter set :{name} {value}"]
-    subprocess.run([*command, database.name], cwd=database.parent, input=text_of(script),
+    subprocess.run([*command, database.name], cwd=database.parent, input=statements,
                    text=True, check=True, stdout=subprocess.DEVNULL)
+
+
+def fill(database: Path, script: str, **parameters: int) -> None:
+    """The same with the statements of a script of this folder."""
+    run(database, text_of(script), **parameters)
 
 
 def make_reports(name: str, ports: int) -> Path:
@@ -31,4 +38,16 @@ def make_night(name: str, ports: int, storages: int) -> Path:
     directory = make_reports(name, ports)
     fill(directory / "Reports.mdb", "fill_import.sql", storages=storages)
     fill(directory / "History.mdb", "fill_history.sql")
+    fill(directory / "History.mdb", "fill_days.sql", newest=2)  # an import's day is the one before
+    return directory
+
+
+def make_charts(name: str, ports: int) -> Path:
+    """With ports and their history of 45 days up to yesterday."""
+    directory = make_reports(name, ports)
+    history = directory / "History.mdb"
+    day = text_of("fill_port_day.sql")
+    days = "".join(day.replace("{day}", f"{number:02}") for number in range(1, HISTORY_DAYS + 1))
+    run(history, f"BEGIN;\n{days}COMMIT;\n", ports=ports)
+    fill(history, "fill_days.sql", newest=1)
     return directory

@@ -12,6 +12,7 @@ import time
 from pathlib import Path
 
 import cached_page
+import charts
 import daily_import
 import events
 import idle
@@ -23,6 +24,7 @@ from figures import MeasureError, Options, table
 BENCHMARKS = {
     "cached_page": cached_page.measure,
     "uncached_top10": uncached_top10.measure,
+    "charts": charts.measure,
     "daily_import": daily_import.measure,
     "idle": idle.measure,
     "events": events.measure,

@@ -7,8 +7,10 @@ from figures import Line, MeasureError, Options
 from installation import PROGRAMS, SERVER_CORE, pinned
 
 
-def measure(options: Options) -> list[Line]:
+def medians(options: Options, names: str = ".") -> list[tuple[str, float]]:
+    """Name and microseconds of each piece whose name matches, in the order of the program."""
     command = pinned(SERVER_CORE, PROGRAMS / "pieces", "--benchmark_format=json",
+                     f"--benchmark_filter={names}",
                      f"--benchmark_repetitions={options.rounds}", "--benchmark_min_time=0.1",
                      "--benchmark_enable_random_interleaving=true",
                      "--benchmark_report_aggregates_only=true")
@@ -16,10 +18,14 @@ def measure(options: Options) -> list[Line]:
     if done.returncode != 0:
         raise MeasureError(f"pieces ended with status {done.returncode}: {done.stderr.strip()}")
     found = json.loads(done.stdout)["benchmarks"]
-    lines = []
+    figures = []
     for piece in sorted(found, key=lambda piece: (piece["family_index"], piece["run_name"])):
         if piece.get("error_occurred"):
             raise MeasureError(f"{piece['name']}: {piece['error_message']}")
         if piece["aggregate_name"] == "median":
-            lines.append(Line(piece["run_name"], piece["real_time"], "us"))
-    return lines
+            figures.append((piece["run_name"], piece["real_time"]))
+    return figures
+
+
+def measure(options: Options) -> list[Line]:
+    return [Line(name, microseconds, "us") for name, microseconds in medians(options)]
