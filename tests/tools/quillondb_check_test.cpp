@@ -13,6 +13,11 @@ struct Case {
 class QuillondbCheck : public Quillondb {
  protected:
   // The damage to a whole installation is found, and it alone.
+  // The calendar day so many days from today, as the programs see it.
+  static std::string DaysFromToday(int days) {
+    return SqlRows("", fmt::format("SELECT date('now', 'localtime', '{} days')", days))[0][0];
+  }
+
   void ExpectFinding(const Case& damaged) const {
     fs::remove_all(home_);
     CreateWhole();
@@ -129,6 +134,46 @@ TEST_F(QuillondbCheck, FindsControlRowsThatNameNoTable) {
                  "History.mdb: HistTable in VLAN_HistCtrl is null" + advice});
   ExpectFinding({"History.mdb", "UPDATE Disk_HistCtrl SET HistTable = '' WHERE rowid < 3",
                  "History.mdb: HistTable in Disk_HistCtrl is empty in 2 rows" + advice});
+}
+
+TEST_F(QuillondbCheck, FindsDaysThatHoldUpTheCharts) {
+  const std::string yesterday = DaysFromToday(-1);
+  const std::string twice = "; charts show no day before it, so ";
+  const std::string early = ", which is not over yet; until it is, charts show no day at all";
+  const std::string setBack = "UPDATE VLAN_HistCtrl SET TrafficDate = ";
+  ExpectFinding({"History.mdb", setBack + "datetime('now','localtime','-1 day') WHERE rowid < 4",
+                 "History.mdb: 3 rows of VLAN_HistCtrl are of " + yesterday + twice +
+                     "keep one and set the date of all others back by 46 days"});
+  ExpectFinding({"History.mdb", setBack + "datetime('now','localtime') WHERE rowid = 7",
+                 "History.mdb: rows of VLAN_HistCtrl are of " + DaysFromToday(0) + early});
+  ExpectFinding({"History.mdb",
+                 "UPDATE Disk_HistCtrl SET StorageDate = datetime('now','localtime','+2 days')"
+                 " WHERE rowid < 3",
+                 "History.mdb: rows of Disk_HistCtrl are of " + DaysFromToday(2) + early});
+  const std::string sums =
+      "INSERT INTO VLAN_HistSum (TrafficDate, IsTrunk)"
+      " VALUES (datetime('now','localtime','-1 day'), 0), (datetime('now','localtime','-1 day'), ";
+  ExpectFinding({"History.mdb", sums + "0);",
+                 "History.mdb: 2 rows of VLAN_HistSum are of " + yesterday + twice +
+                     "keep one of each IsTrunk and delete all others"});
+  ExpectFinding({"History.mdb",
+                 "INSERT INTO Disk_HistSum (StorageDate) VALUES"
+                 " (datetime('now','localtime','-45 days')),"
+                 " (date('now','localtime','-45 days') || ' 23:59:59')",
+                 "History.mdb: 2 rows of Disk_HistSum are of " + DaysFromToday(-45) + twice +
+                     "keep one and delete all others"});
+}
+
+TEST_F(QuillondbCheck, TakesDaysThatTheChartsDoNotReachAndOneRowOfEachKindOfPort) {
+  CreateWhole();
+  Sql("History.mdb",
+      "UPDATE VLAN_HistCtrl SET TrafficDate = datetime('now','localtime','-46 days');"
+      "UPDATE Disk_HistCtrl SET StorageDate = datetime('now','localtime','-1 day') WHERE rowid = 1;"
+      "INSERT INTO VLAN_HistSum (TrafficDate, IsTrunk)"
+      " VALUES (datetime('now','localtime','-1 day'), 0), (datetime('now','localtime','-1 day'), "
+      "1)");
+  const Outcome check = Run("check {}");
+  EXPECT_EQ(check.status, 0) << check.out;
 }
 
 TEST_F(QuillondbCheck, FindsRowsOfNoDevice) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "platform/failure.h"
+#include "quillondb/check_days.h"
 #include "quillondb/check_fields.h"
 #include "quillondb/check_indexes.h"
 #include "quillondb/check_rotation.h"
@@ -75,6 +76,7 @@ void CheckTables(const SqliteFile& file, const SqliteFile& reference, const std:
     if (!CheckTable(file, place, table, findings)) continue;
     CheckIndexes(file, place, table.name, IndexesOf(reference, table.name), findings);
     CheckRows(file, place, table, findings);
+    CheckDays(file, place, table.name, findings);
     for (const DayTableKind& kind : kDayTableKinds) {
       if (kind.controlTable == table.name) CheckRotation(file, reference, place, kind, findings);
     }
