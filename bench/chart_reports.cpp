@@ -24,7 +24,7 @@
 #include "queries/switch_hist45.h"
 #include "queries/switch_summary.h"
 #include "render/chart_blocks.h"
-#include "support/reporting.h"
+#include "reports.h"
 
 namespace {
 
@@ -52,20 +52,20 @@ bool IsComplete(const Panel& panel) {
 
 class ChartPages {
  public:
-  explicit ChartPages(const std::string& directory) : settings_(SettingsOf(directory)) {
-    words_.LangWord.Fill("a word of the site");
+  explicit ChartPages(const std::string& directory) : reports_(clock_, SettingsOf(directory)) {
+    reports_.words.LangWord.Fill("a word of the site");
   }
 
   Microseconds OpenPort(const Port& port) {
     const auto work = TimeOf([&] {
       std::string device;
       std::string name;
-      SqlPortNameLookup(queries_, port.recNo, port.ifIndex, device, name);
-      SqHist45SwitchControl(queries_, kSlot, port.recNo, port.ifIndex, device, name, false);
+      SqlPortNameLookup(reports_.queries, port.recNo, port.ifIndex, device, name);
+      SqHist45SwitchControl(reports_.queries, kSlot, port.recNo, port.ifIndex, device, name, false);
       charts_.clear();
-      PortChartBlocks(render_, kSlot, charts_);
+      PortChartBlocks(reports_.render, kSlot, charts_);
     });
-    const Hist45SwitchRecord& record = records_.Hist45SwitchRep[kSlot];
+    const Hist45SwitchRecord& record = reports_.records.Hist45SwitchRep[kSlot];
     if (record.Device == "n/a") throw std::runtime_error("there is no such port");
     Expect({&record.Volume, &record.Broadcast, &record.Errors}, "id='c345'");
     return work;
@@ -73,18 +73,18 @@ class ChartPages {
 
   Microseconds OpenSummary(bool isTrunk) {
     const auto work = TimeOf([&] {
-      SqHist45dSwitchSum(queries_, kSlot, isTrunk);
+      SqHist45dSwitchSum(reports_.queries, kSlot, isTrunk);
       charts_.clear();
-      SwitchSummaryBlocks(render_, kSlot, charts_);
+      SwitchSummaryBlocks(reports_.render, kSlot, charts_);
     });
-    const Hist45dSwitchRecord& record = records_.Hist45dSwitchRep[kSlot];
+    const Hist45dSwitchRecord& record = reports_.records.Hist45dSwitchRep[kSlot];
     Expect({&record.Volume, &record.Broadcast, &record.Errors, &record.Ports}, "id='c445'");
     return work;
   }
 
  private:
   void Expect(const std::vector<const Panel*>& panels, std::string_view lastPopup) const {
-    ExpectNoEvent(settings_);
+    ExpectNoEvent(reports_.settings);
     for (const Panel* panel : panels) {
       if (!IsComplete(*panel)) throw std::runtime_error("a chart has a day without figures");
     }
@@ -94,16 +94,7 @@ class ChartPages {
   }
 
   SleeplessClock clock_;
-  EventLoop loop_{clock_};
-  Settings settings_;
-  LangWords words_;
-  CalendarNames calendar_;
-  ReportPeriod period_;
-  ReportRecords records_;
-  Reporting reporting_{settings_, clock_};
-  QueryContext queries_{
-      reporting_.diagnostics(), settings_, clock_, loop_, words_, period_, records_};
-  RenderContext render_{reporting_.diagnostics(), settings_, words_, calendar_, period_, records_};
+  Reports reports_;
   std::string charts_;
 };
 

@@ -6,7 +6,7 @@
 
 #include "platform/clock.h"
 #include "render/chart_blocks.h"
-#include "support/reporting.h"
+#include "reports.h"
 
 namespace {
 
@@ -18,15 +18,15 @@ constexpr ConnectionId kSlot = 1;
 class FullCharts {
  public:
   FullCharts() {
-    words_.LangWord.Fill("a word of the site");
-    Hist45SwitchRecord& port = records_.Hist45SwitchRep[kSlot];
+    reports_.words.LangWord.Fill("a word of the site");
+    Hist45SwitchRecord& port = reports_.records.Hist45SwitchRep[kSlot];
     port.Device = "switch-00017.example";
     port.Port = "GigabitEthernet0/24";
     Fill(port.TrafficDate);
     Fill(port.Volume);
     Fill(port.Broadcast);
     Fill(port.Errors);
-    Hist45dSwitchRecord& summary = records_.Hist45dSwitchRep[kSlot];
+    Hist45dSwitchRecord& summary = reports_.records.Hist45dSwitchRep[kSlot];
     summary.Report = "Access Ports 45 Days";
     Fill(summary.TrafficDate);
     Fill(summary.Volume);
@@ -35,7 +35,7 @@ class FullCharts {
     Fill(summary.Ports);
   }
 
-  const RenderContext& context() const { return context_; }
+  const RenderContext& context() const { return reports_.render; }
 
  private:
   static void Fill(Days<DateTime>& dates) {
@@ -58,13 +58,7 @@ class FullCharts {
   }
 
   SystemClock clock_;
-  Settings settings_;
-  LangWords words_;
-  CalendarNames calendar_;
-  ReportPeriod period_;
-  ReportRecords records_;
-  Reporting reporting_{settings_, clock_};
-  RenderContext context_{reporting_.diagnostics(), settings_, words_, calendar_, period_, records_};
+  Reports reports_{clock_};
 };
 
 void PortCharts(benchmark::State& state) {

@@ -7,7 +7,7 @@
 #include "platform/clock.h"
 #include "render/page_frame.h"
 #include "render/switch_tables.h"
-#include "support/reporting.h"
+#include "reports.h"
 
 namespace {
 
@@ -19,15 +19,15 @@ constexpr ConnectionId kSlot = 1;
 class FullTable {
  public:
   FullTable() {
-    settings_.CharSet = "ISO-8859-1";
-    words_.LangWord.Fill("a word of the site");
-    words_.HelpText = std::string(2000, 'h');
-    SwitchTableRecord& record = records_.SwitchTableRep[kSlot];
+    reports_.settings.CharSet = "ISO-8859-1";
+    reports_.words.LangWord.Fill("a word of the site");
+    reports_.words.HelpText = std::string(2000, 'h');
+    SwitchTableRecord& record = reports_.records.SwitchTableRep[kSlot];
     record.TableCriteria = "10 (214)";
     for (SwitchTableRow& row : record.rows) Fill(row);
   }
 
-  const RenderContext& context() const { return context_; }
+  const RenderContext& context() const { return reports_.render; }
 
  private:
   static void Fill(SwitchTableRow& row) {
@@ -59,13 +59,7 @@ class FullTable {
   }
 
   SystemClock clock_;
-  Settings settings_;
-  LangWords words_;
-  CalendarNames calendar_;
-  ReportPeriod period_;
-  ReportRecords records_;
-  Reporting reporting_{settings_, clock_};
-  RenderContext context_{reporting_.diagnostics(), settings_, words_, calendar_, period_, records_};
+  Reports reports_{clock_};
 };
 
 void PageFrame(benchmark::State& state) {

@@ -11,7 +11,7 @@
 
 #include "in_process.h"
 #include "queries/switch_top10.h"
-#include "support/reporting.h"
+#include "reports.h"
 
 namespace {
 
@@ -22,25 +22,18 @@ constexpr int kCalls = 4;
 
 class Query {
  public:
-  explicit Query(const std::string& directory) : settings_(SettingsOf(directory)) {}
+  explicit Query(const std::string& directory) : reports_(clock_, SettingsOf(directory)) {}
 
   Microseconds Run() {
-    for (SwitchTableRow& row : records_.SwitchTableRep[kSlot].rows) row.recNo = 0;
-    return TimeOf([&] { SqlTop10SwitchStats(context_, kSlot, "InErrorsTot24H", false); });
+    for (SwitchTableRow& row : reports_.records.SwitchTableRep[kSlot].rows) row.recNo = 0;
+    return TimeOf([&] { SqlTop10SwitchStats(reports_.queries, kSlot, "InErrorsTot24H", false); });
   }
 
-  const SwitchTableRecord& record() const { return records_.SwitchTableRep[kSlot]; }
+  const SwitchTableRecord& record() const { return reports_.records.SwitchTableRep[kSlot]; }
 
  private:
   SystemClock clock_;
-  EventLoop loop_{clock_};
-  Settings settings_;
-  LangWords words_;
-  ReportPeriod period_;
-  ReportRecords records_;
-  Reporting reporting_{settings_, clock_};
-  QueryContext context_{
-      reporting_.diagnostics(), settings_, clock_, loop_, words_, period_, records_};
+  Reports reports_;
 };
 
 }  // namespace
