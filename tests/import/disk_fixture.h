@@ -12,15 +12,8 @@ class DiskImportTest : public ImportTest {
  protected:
   static inline const std::string kDay = "Disk_Day01";  // the first day table
 
-  // A row of a day table: the Windows disk "C:" of server 900, 40 of 100 M used, with the trends
-  // of the product.
   void AddDayRow(const std::string& table, const Columns& differing = {}) const {
-    Columns columns = {{"RecNo", "900"},  {"DevName", "'Files'"}, {"StorDescr", "'C:'"},
-                       {"Type", "30"},    {"TotalM", "100"},      {"UsedM", "40"},
-                       {"FreeM", "60"},   {"UsedProc", "40"},     {"Trend14d", "77"},
-                       {"Trend30d", "88"}};
-    for (const auto& [column, value] : differing) columns[column] = value;
-    HistorySql(InsertRow(table, columns));
+    HistorySql(InsertStorageOfDay(table, differing));
   }
 
   // So many Windows disks in a day table, RecNo 1, 2, ...

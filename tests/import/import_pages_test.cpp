@@ -27,8 +27,7 @@ class ImportPagesTest : public testing::Test {
     bool result = false;
     Import(site.imports, result);
     EXPECT_TRUE(result);
-    client->Receive();
-    return client->received();
+    return client->ReceivedNow();
   }
 
   Site site;

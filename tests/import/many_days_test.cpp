@@ -91,8 +91,7 @@ class ManyDaysTest : public ImportNightTest {
 
   // "VLAN_Day01" for 0, the first place.
   static std::string Table(const std::string& kind, int place) {
-    const std::string number = std::to_string(place + 1);
-    return kind + "_Day" + std::string(2 - number.size(), '0') + number;
+    return DayTable(kind + "_Day", place + 1);
   }
 
  private:

@@ -45,9 +45,7 @@ class RotationTest : public HistoryTest, public testing::WithParamInterface<Rota
  protected:
   void Run() { GetParam().run(house.imports); }
 
-  static std::string Day(int number) {
-    return GetParam().dayTables + (number < 10 ? "0" : "") + std::to_string(number);
-  }
+  static std::string Day(int number) { return DayTable(GetParam().dayTables, number); }
 
   // Rows of the report of today, or of another day, RecNo 1, 2, ...
   void AddSourceRows(int count, const std::string& stamp = "'2024-05-02 03:10:00'") const {

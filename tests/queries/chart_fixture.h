@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <cstdint>
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -19,11 +18,10 @@ class ChartTest : public testing::Test {
   using Lines = std::vector<std::string>;
   static constexpr ConnectionId kSlot = 3;
   static constexpr int kNewest = 45;  // the position of yesterday
+  static constexpr const char* kBefore = "of an earlier report";
 
   ChartTest() {
-    for (int number = 1; number <= 100; ++number) {
-      house.words.LangWord[number] = "W" + std::to_string(number);
-    }
+    house.NumberWords("W");
     History("DELETE FROM VLAN_HistCtrl; DELETE FROM Disk_HistCtrl;");
   }
 
@@ -31,47 +29,25 @@ class ChartTest : public testing::Test {
     house.installation.Sql("History.mdb", statements);
   }
 
-  // The calendar day so many days before today, "2024-05-01" for 1.
-  std::string DayBefore(int age) const {
-    return DayText(house.clock.Now() - std::chrono::days(age));
-  }
+  // Ten past three on the day so many days ago, as an SQL literal.
+  std::string MomentBefore(int age) const { return "'" + house.DayBefore(age) + " 03:10:00'"; }
   // The position of that day.
   static constexpr int PositionOf(int age) { return 46 - age; }
 
-  // A control row of the day so many days ago, at ten past three.
+  // A control row of that moment.
   void AddPortDay(int age, const std::string& histTable) const {
-    History("INSERT INTO VLAN_HistCtrl (TrafficDate, HistTable) VALUES ('" + DayBefore(age) +
-            " 03:10:00', '" + histTable + "');");
+    History(InsertPortControl(MomentBefore(age), "'" + histTable + "'"));
   }
   void AddDiskDay(int age, const std::string& histTable) const {
-    History("INSERT INTO Disk_HistCtrl (StorageDate, HistTable) VALUES ('" + DayBefore(age) +
-            " 03:10:00', '" + histTable + "');");
+    History(InsertStorageControl(MomentBefore(age), "'" + histTable + "'"));
   }
 
-  // A row of a switch day table: port 4 of device 7 with a small figure in each series, differing
-  // in these columns. The values are SQL literals.
+  // An ordinary row of a day table that differs in these columns. The values are SQL literals.
   void AddPort(const std::string& histTable, const Columns& differing = {}) const {
-    Columns columns = {{"RecNo", "7"},
-                       {"IfIndex", "4"},
-                       {"InHCOctetsMb24H", "6"},
-                       {"OutHCOctetsMb24H", "5"},
-                       {"InBroadCastPpm24H", "4"},
-                       {"InMultiCastPpm24H", "3"},
-                       {"InErrorsTot24H", "2"},
-                       {"OutErrorsTot24H", "1"},
-                       {"IsTrunk", "FALSE"}};
-    for (const auto& [column, value] : differing) columns[column] = value;
-    History(InsertRow(histTable, columns));
+    History(InsertPortOfDay(histTable, differing));
   }
-
-  // A row of a disk day table: disk "C:" of server 900, 40 M used of 100 M.
   void AddStorage(const std::string& histTable, const Columns& differing = {}) const {
-    Columns columns = {{"RecNo", "900"}, {"DevName", "'Files'"}, {"StorDescr", "'C:'"},
-                       {"Type", "30"},   {"TotalM", "100"},      {"UsedM", "40"},
-                       {"FreeM", "60"},  {"UsedProc", "40"},     {"Trend14d", "0"},
-                       {"Trend30d", "0"}};
-    for (const auto& [column, value] : differing) columns[column] = value;
-    History(InsertRow(histTable, columns));
+    History(InsertStorageOfDay(histTable, differing));
   }
 
   // Texts of events whose head is "1\t<module>_<procedure>\t", "1\tmodSelectSql_..." say. Any other
@@ -84,6 +60,12 @@ class ChartTest : public testing::Test {
       texts.push_back(event.substr(std::min(head.size(), event.size())));
     }
     return texts;
+  }
+  // Expects that the only event is one of the procedure, whose text holds these words.
+  void ExpectFailure(const std::string& procedure, const std::string& words) const {
+    const Lines failures = Failures(procedure);
+    ASSERT_EQ(failures.size(), 1u) << words;
+    EXPECT_NE(failures[0].find(words), std::string::npos) << words << ": " << failures[0];
   }
   void ExpectNoEvent() const { EXPECT_EQ(house.Events(), Lines{}); }
 

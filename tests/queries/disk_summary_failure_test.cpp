@@ -1,7 +1,6 @@
-// The ways in which the storages' summary fails and what its record holds then; its waits, in which
-// other events run.
+// The ways in which the storages' summary fails beyond those of both summaries, and what its record
+// holds then; another report in its waits.
 #include "queries/summary_fixture.h"
-#include "support/other_writer.h"
 
 namespace quillon {
 namespace {
@@ -10,13 +9,6 @@ using std::chrono::milliseconds;
 
 class DiskSummaryFailureTest : public DiskSummaryTest {};
 
-TEST_F(DiskSummaryFailureTest, NullEndsTheWalkAtItsColumn) {
-  for (const auto& column : StorageSums::InOrder()) {
-    SCOPED_TRACE(column.name);
-    ExpectNullEndsTheWalkAt(column);
-  }
-}
-
 TEST_F(DiskSummaryFailureTest, NullThatIsNotReachedIsNone) {
   AddMarkedDays({1, 2, 2});  // the second row of a day holds the walk
   AddDay(3, {{"NumUnix", "NULL"}});
@@ -24,36 +16,6 @@ TEST_F(DiskSummaryFailureTest, NullThatIsNotReachedIsNone) {
   Query();
   ExpectMarkedDays({1, 2});
   ExpectNoEvent();
-}
-
-TEST_F(DiskSummaryFailureTest, SlotOutsideOneToTwentyFails) {
-  for (const bool hasRow : {false, true}) {
-    if (hasRow) AddDay(1);
-    for (const int slot : {0, 21, -1, 32767}) {
-      house.ForgetEvents();
-      StorageSums::Run(house.queries, static_cast<ConnectionId>(slot));
-      ExpectFailure("position " + std::to_string(slot) + " ");
-    }
-  }
-  ExpectFreshRecords();
-}
-
-TEST_F(DiskSummaryFailureTest, MissingDatabaseLeavesTheRecordAsItWas) {
-  house.installation.Remove("History.mdb");
-  FillRecord();
-  Query();
-  ExpectFailure("History.mdb");
-  ExpectOfBefore(45);
-  EXPECT_FALSE(house.installation.Exists("History.mdb"));
-}
-
-TEST_F(DiskSummaryFailureTest, MissingTableLeavesTheRecordAsItWas) {
-  History("DROP TABLE Disk_HistSum");
-  FillRecord();
-  Query();
-  EXPECT_EQ(house.Events(),
-            Lines{"1\tmodSelectSql_SqlHist45dDiskSum\tHistory.mdb: no such table: Disk_HistSum"});
-  ExpectOfBefore(45);
 }
 
 TEST_F(DiskSummaryFailureTest, FigureOfElevenDigitsEndsTheReportInTheBars) {
@@ -95,22 +57,7 @@ TEST_F(DiskSummaryFailureTest, FigureOnAnAxisOfZeroEndsTheReport) {
   EXPECT_EQ(Bars(45), (Lines{"100", "40", "1", "1", "1", "1", "1", "1"}));
 }
 
-TEST_F(DiskSummaryFailureTest, FailureInTheWalkWaitsForItsEventAlone) {
-  AddDay(1, {{"NumUnix", "NULL"}});
-  Query();
-  EXPECT_EQ(house.clock.slept(), milliseconds(500));
-}
-
 class DiskSummaryWaitTest : public DiskSummaryTest {};
-
-TEST_F(DiskSummaryWaitTest, IsTenMillisecondsADay) {
-  AddMarkedDays({1, 3});
-  Query();
-  EXPECT_EQ(house.clock.slept(), milliseconds(450));
-  ClearDays();
-  Query();
-  EXPECT_EQ(house.clock.slept(), milliseconds(900));
-}
 
 TEST_F(DiskSummaryWaitTest, LetsAReportOfAnotherSlotRun) {
   AddMarkedDays({1});
@@ -123,20 +70,6 @@ TEST_F(DiskSummaryWaitTest, LetsAReportOfAnotherSlotRun) {
   EXPECT_EQ((Lines{Record(5).Unix.Num[45], Record(5).Unix.Num[44]}), (Lines{"1", "2"}));
   EXPECT_EQ(house.clock.slept(), milliseconds(900));
   ExpectNoEvent();
-}
-
-TEST_F(DiskSummaryWaitTest, KeepsNothingOfTheDatabaseOpen) {
-  const std::string path = house.installation.path() + "/History.mdb";
-  AddMarkedDays({1, 2});
-  bool isAlone = false;
-  // A file that anybody else has open does not leave its journal mode.
-  house.loop.Post([&] {
-    isAlone = OtherWriter::Idle(path).Run("PRAGMA journal_mode = DELETE");
-    ClearDays();
-  });
-  Query();
-  EXPECT_TRUE(isAlone);
-  ExpectMarkedDays({1, 2});
 }
 
 }  // namespace

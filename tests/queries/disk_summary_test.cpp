@@ -1,5 +1,6 @@
-// The storages' summary: which day stands where, and what is made of its sums. Failures are in
-// disk_summary_failure_test, the dump in summary_dump_test.
+// The storages' summary: which day stands where beyond summary_days_test, and what is made of its
+// sums. Failures are in summary_failure_test and disk_summary_failure_test, the dump in
+// summary_dump_test.
 #include "queries/summary_fixture.h"
 
 namespace quillon {
@@ -42,33 +43,11 @@ TEST_F(DiskSummaryTest, WordsAreThoseOfThePanels) {
   EXPECT_EQ(words(record.Unix), (Lines{"W85", "W79", "W69", "W71"}));
 }
 
-TEST_F(DiskSummaryTest, EachDayStandsAtThePositionOfItsAge) {
-  AddMarkedDaysUpTo(45);
-  Query();
-  std::map<int, std::string> marks;
-  for (int position = 1; position <= 45; ++position)
-    marks[position] = std::to_string(46 - position);
-  ExpectDays(marks);
-  EXPECT_EQ(DayText(Record().StorageDate[1]), "2024-03-18");
-  ExpectDaysUpTo(MakeDateTime({2024, 5, 1}));
-}
-
 TEST_F(DiskSummaryTest, DaysWithoutARowAreDashesAndOlderDaysFollow) {
   AddMarkedDays({1, 3, 44, 46, 1200});
   FillRecord();
   Query();
   ExpectMarkedDays({1, 3, 44});
-}
-
-TEST_F(DiskSummaryTest, RowOfTodayOrLaterHoldsTheWalkSoThatAllDaysAreDashes) {
-  for (const int age : {0, -1, -366}) {
-    SCOPED_TRACE(age);
-    ClearDays();
-    AddMarkedDays({age, 1, 2});
-    Query();
-    ExpectMarkedDays({});
-    ExpectDaysUpTo(MakeDateTime({2024, 5, 1}));
-  }
 }
 
 TEST_F(DiskSummaryTest, OfTwoRowsOfADayTheLaterIsShownAndTheOtherHoldsTheWalk) {
@@ -77,23 +56,6 @@ TEST_F(DiskSummaryTest, OfTwoRowsOfADayTheLaterIsShownAndTheOtherHoldsTheWalk) {
   AddMarkedDays({2, 3});
   Query();
   ExpectDays({{45, "2"}});
-}
-
-TEST_F(DiskSummaryTest, RowWithoutADateIsOfNoDay) {
-  AddMoment("NULL");
-  AddMarkedDays({1, 2});
-  Query();
-  ExpectMarkedDays({1, 2});
-  ExpectNoEvent();
-}
-
-TEST_F(DiskSummaryTest, OverriddenReportDateIsTheDay) {
-  AddMoment("'2014-11-06 03:10:00'", {{"NumUnix", "1"}});
-  house.settings.RepDateOverride = true;
-  house.settings.txtRepDate = "2014-11-07";
-  Query();
-  ExpectDays({{45, "1"}});
-  ExpectDaysUpTo(MakeDateTime({2014, 11, 6}));
 }
 
 TEST_F(DiskSummaryTest, NothingOfAnEarlierReportIsLeft) {
@@ -119,7 +81,7 @@ TEST_F(DiskSummaryTest, OnlyTheSlotAskedForIsWritten) {
 }
 
 TEST_F(DiskSummaryTest, SizesAreVolumesOfALongForm) {
-  const std::vector<SumText> cases = {
+  const std::vector<FigureText> cases = {
       {"-1", "-"},
       {"-2", "0"},
       {"0", "0"},
@@ -208,7 +170,7 @@ TEST_F(DiskSummaryTest, KindWithoutStoragesHasNoShare) {
 }
 
 TEST_F(DiskSummaryTest, AxesAreRoundedAndLabelledAsVolumes) {
-  const std::vector<SumAxis> cases = {
+  const std::vector<FigureAxis> cases = {
       {"0", "1", "2 M", "1 M"},           {"9", "90", "10 M", "5 M"},
       {"22", "88", "25 M", "13 M"},       {"234", "94", "250 M", "125 M"},
       {"1234", "123", "1 G", "0.5 G"},  // 1300, cut to 1000

@@ -1,6 +1,7 @@
 // The debug dumps of the histories of port, memory and disk, byte for byte: one file for all.
 #include <filesystem>
 
+#include "queries/dump_lines.h"
 #include "queries/hist45_fixture.h"
 
 namespace quillon {
@@ -15,22 +16,13 @@ class Hist45DumpTest : public Hist45Test {
   // So many missing days of a record that has never seen those days.
   static std::string FreshDays(int count, int series) {
     std::string lines;
-    for (int i = 0; i < count; ++i) lines += "1899-12-30\t" + Dashes(series) + "\r\n";
+    for (int i = 0; i < count; ++i) lines += "1899-12-30\t" + DashFields(series) + "\r\n";
     return lines;
-  }
-  // The figures and bars of a missing day, as they follow the table's empty name.
-  static std::string Dashes(int series) {
-    std::string fields;
-    for (int i = 0; i < series; ++i) fields += "\t-\t1";
-    return fields;
   }
 
   const std::string kPortHead =
       "Device(recNo)=Core (7)\r\n"
-      "Port(ifIndex)=Gi0/4 (4)\r\n"
-      "VolumeHead=W12\r\n"
-      "VolumeNameLeft=W22\r\n"
-      "VolumeNameRight=W23\r\n";
+      "Port(ifIndex)=Gi0/4 (4)\r\n";
 };
 
 TEST_F(Hist45DumpTest, OfAPortHoldsItsRecord) {
@@ -41,19 +33,9 @@ TEST_F(Hist45DumpTest, OfAPortHoldsItsRecord) {
   AddPortHistory(3);
   ReportPort();
   EXPECT_EQ(Dump(),
-            "Exec Time=450 ms\r\n" + kPortHead +
-                "VolumeYaxisMax=5 G\r\n"
-                "VolumeYaxisHalf=2.5 G\r\n"
-                "BroadcastHead=W13\r\n"
-                "BroadcastNameLeft=W24\r\n"
-                "BroadcastNameRight=W25\r\n"
-                "BroadcastYaxisMax=65\r\n"
-                "BroadcastYaxisHalf=33\r\n"
-                "ErrorsHead=W14\r\n"
-                "ErrorsNameLeft=W26\r\n"
-                "ErrorsNameRight=W27\r\n"
-                "ErrorsYaxisMax=2 K\r\n"
-                "ErrorsYaxisHalf=1 K\r\n"
+            "Exec Time=450 ms\r\n" + kPortHead + PanelLines("Volume", 12, 22, 23, "5 G", "2.5 G") +
+                PanelLines("Broadcast", 13, 24, 25, "65", "33") +
+                PanelLines("Errors", 14, 26, 27, "2 K", "1 K") +
                 "Device=Core\r\n"
                 "Port=Gi0/4\r\n"
                 "HistoryStart=1899-12-30\r\n"
@@ -61,7 +43,7 @@ TEST_F(Hist45DumpTest, OfAPortHoldsItsRecord) {
                 FreshDays(42, 6) +
                 "2024-04-29\tVLAN_Day03\t6 M\t1\t5 M\t1\t4 W39\t6\t3 W39\t5\t2 W38\t1\t1 W38\t1\r\n"
                 "2024-04-30\t" +
-                Dashes(6) +
+                DashFields(6) +
                 "\r\n"
                 "2024-05-01\tVLAN_Day01\t5 000 M  (463 W44)\t100\t-\t1\t61 W39<br>(1 W40)\t94\t"
                 "3 W39\t5\t2 W38\t1\t1 441 W38<br>(1 W39)\t72\r\n"
@@ -72,18 +54,9 @@ TEST_F(Hist45DumpTest, OfAPortHoldsItsRecord) {
 TEST_F(Hist45DumpTest, OfAPortWithoutControlRowsShowsTheZeroDate) {
   ReportPort(true);
   EXPECT_EQ(Dump(), "Exec Time=450 ms\r\n" + kPortHead +
-                        "VolumeYaxisMax=2 M\r\n"
-                        "VolumeYaxisHalf=1 M\r\n"
-                        "BroadcastHead=W13\r\n"
-                        "BroadcastNameLeft=W24\r\n"
-                        "BroadcastNameRight=W25\r\n"
-                        "BroadcastYaxisMax=2\r\n"
-                        "BroadcastYaxisHalf=1\r\n"
-                        "ErrorsHead=W14\r\n"
-                        "ErrorsNameLeft=W26\r\n"
-                        "ErrorsNameRight=W27\r\n"
-                        "ErrorsYaxisMax=2\r\n"
-                        "ErrorsYaxisHalf=1\r\n"
+                        PanelLines("Volume", 12, 22, 23, "2 M", "1 M") +
+                        PanelLines("Broadcast", 13, 24, 25, "2", "1") +
+                        PanelLines("Errors", 14, 26, 27, "2", "1") +
                         "Device=Core\r\n"
                         "Port=Gi0/4\r\n"
                         "HistoryStart=1899-12-30\r\n"
@@ -100,20 +73,12 @@ TEST_F(Hist45DumpTest, OfMemoryHoldsItsRecord) {
   EXPECT_EQ(Dump(),
             "Exec Time=490 ms\r\n"
             "Device(recNo)=Files (900)\r\n"
-            "Storage=Memory\r\n"
-            "PhysicalHead=W76\r\n"
-            "PhysicalNameLeft=W69\r\n"
-            "PhysicalNameRight=W71\r\n"
-            "PhysicalYaxisMax=2 G\r\n"
-            "PhysicalYaxisHalf=1 G\r\n"
-            "VirtualHead=W77\r\n"
-            "VirtualNameLeft=W69\r\n"
-            "VirtualNameRight=W71\r\n"
-            "VirtualYaxisMax=100 M\r\n"
-            "VirtualYaxisHalf=50 M\r\n"
-            "Device=Files\r\n"
-            "HistoryStart=1899-12-30\r\n"
-            "HistoryEnd=2024-05-01\r\n" +
+            "Storage=Memory\r\n" +
+                PanelLines("Physical", 76, 69, 71, "2 G", "1 G") +
+                PanelLines("Virtual", 77, 69, 71, "100 M", "50 M") +
+                "Device=Files\r\n"
+                "HistoryStart=1899-12-30\r\n"
+                "HistoryEnd=2024-05-01\r\n" +
                 FreshDays(43, 4) +
                 "2024-04-30\tDisk_Day02\t-\t1\t-\t1\t100 M\t100\t40 M\t40\r\n"
                 "2024-05-01\tDisk_Day01\t2 048 M\t102\t512 M\t26\t-\t1\t-\t1\r\n"
@@ -125,21 +90,17 @@ TEST_F(Hist45DumpTest, OfADiskHoldsItsRecord) {
   AddDiskHistory(1);
   AddDiskHistory(45);
   std::string blankDays;
-  for (int age = 44; age >= 2; --age) blankDays += DayBefore(age) + "\t\t-\t1\t-\t1\r\n";
+  for (int age = 44; age >= 2; --age) blankDays += house.DayBefore(age) + "\t\t-\t1\t-\t1\r\n";
   ReportDisk();
   EXPECT_EQ(Dump(),
             "Exec Time=450 ms\r\n"
             "Device(recNo)=Files (900)\r\n"
-            "Storage=C:\r\n"
-            "DiskHead=W80\r\n"
-            "DiskNameLeft=W69\r\n"
-            "DiskNameRight=W71\r\n"
-            "DiskYaxisMax=100 M\r\n"
-            "DiskYaxisHalf=50 M\r\n"
-            "Device=Files\r\n"
-            "HistoryStart=2024-03-18\r\n"
-            "HistoryEnd=2024-05-01\r\n"
-            "2024-03-18\tDisk_Day45\t100 M\t100\t40 M\t40\r\n" +
+            "Storage=C:\r\n" +
+                PanelLines("Disk", 80, 69, 71, "100 M", "50 M") +
+                "Device=Files\r\n"
+                "HistoryStart=2024-03-18\r\n"
+                "HistoryEnd=2024-05-01\r\n"
+                "2024-03-18\tDisk_Day45\t100 M\t100\t40 M\t40\r\n" +
                 blankDays +
                 "2024-05-01\tDisk_Day01\t100 M\t100\t40 M\t40\r\n"
                 "\r\n");

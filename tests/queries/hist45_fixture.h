@@ -2,45 +2,31 @@
 // and the disk "C:" of server 900, each with a day table for every age.
 #pragma once
 
+#include "queries/chart_columns.h"
 #include "queries/chart_fixture.h"
 #include "queries/storage_hist45.h"
 #include "queries/switch_hist45.h"
 
 namespace quillon {
 
-// One series of a port: its column in the day tables and its place in the record.
-struct PortSeries {
-  std::string column;
-  Panel Hist45SwitchRecord::*panel;
-  Days<std::string> Panel::*values;
-  Days<std::string> Panel::*bars;
-};
+using PortSeries = ChartColumn<Hist45SwitchRecord>;
 
-// In the order in which a day is filled.
-inline const std::vector<PortSeries>& PortSeriesInOrder() {
-  using Record = Hist45SwitchRecord;
-  static const std::vector<PortSeries> series = {
-      {"InHCOctetsMb24H", &Record::Volume, &Panel::Left, &Panel::LeftBar},
-      {"OutHCOctetsMb24H", &Record::Volume, &Panel::Right, &Panel::RightBar},
-      {"InBroadCastPpm24H", &Record::Broadcast, &Panel::Left, &Panel::LeftBar},
-      {"InMultiCastPpm24H", &Record::Broadcast, &Panel::Right, &Panel::RightBar},
-      {"InErrorsTot24H", &Record::Errors, &Panel::Left, &Panel::LeftBar},
-      {"OutErrorsTot24H", &Record::Errors, &Panel::Right, &Panel::RightBar},
-  };
+// The series of a port, in the order in which a day is filled.
+inline const ChartColumns<Hist45SwitchRecord>& PortSeriesInOrder() {
+  static const ChartColumns<Hist45SwitchRecord> series = PortColumns<Hist45SwitchRecord>();
   return series;
 }
 
 class Hist45Test : public ChartTest {
  protected:
-  static constexpr const char* kBefore = "of an earlier report";
   static inline const Lines kSixDashes = Lines(6, "-");
   static inline const Lines kSixOnes = Lines(6, "1");
   // A panel's day that is missing: left, its bar, right, its bar, used share.
   static inline const Lines kMissingStorage = {"-", "1", "-", "1", ""};
 
   // The day tables by age: "VLAN_Day07", "Disk_Day07".
-  static std::string PortTable(int age) { return "VLAN" + DayTable(age); }
-  static std::string StorageTable(int age) { return "Disk" + DayTable(age); }
+  static std::string PortTable(int age) { return DayTable("VLAN_Day", age); }
+  static std::string StorageTable(int age) { return DayTable("Disk_Day", age); }
 
   // A whole day: its control row and the row of the port, of the disk, of a memory.
   void AddPortHistory(int age, const Columns& differing = {}) const {
@@ -77,20 +63,10 @@ class Hist45Test : public ChartTest {
 
   // The six figures and the six bars of a port's day, in series order.
   Lines Figures(int position, ConnectionId slot = kSlot) {
-    Hist45SwitchRecord& record = house.records.Hist45SwitchRep[slot];
-    Lines texts;
-    for (const PortSeries& series : PortSeriesInOrder()) {
-      texts.push_back((record.*series.panel.*series.values)[position]);
-    }
-    return texts;
+    return ValuesOf(house.records.Hist45SwitchRep[slot], PortSeriesInOrder(), position);
   }
   Lines Bars(int position, ConnectionId slot = kSlot) {
-    Hist45SwitchRecord& record = house.records.Hist45SwitchRep[slot];
-    Lines texts;
-    for (const PortSeries& series : PortSeriesInOrder()) {
-      texts.push_back((record.*series.panel.*series.bars)[position]);
-    }
-    return texts;
+    return BarsOf(house.records.Hist45SwitchRep[slot], PortSeriesInOrder(), position);
   }
   // A storage's day: left, its bar, right, its bar, used share.
   static Lines StorageDay(const Panel& panel, int position) {
@@ -112,18 +88,6 @@ class Hist45Test : public ChartTest {
     for (Panel* panel : {&record.Volume, &record.Broadcast, &record.Errors}) {
       FillDay(*panel, position);
     }
-  }
-
-  // Expects that the only event is one of the procedure, whose text holds these words.
-  void ExpectFailure(const std::string& procedure, const std::string& words) const {
-    const Lines failures = Failures(procedure);
-    ASSERT_EQ(failures.size(), 1u) << words;
-    EXPECT_NE(failures[0].find(words), std::string::npos) << failures[0];
-  }
-
- private:
-  static std::string DayTable(int age) {
-    return (age < 10 ? "_Day0" : "_Day") + std::to_string(age);
   }
 };
 

@@ -232,7 +232,7 @@ TEST_F(DiskHist45Test, TwoRowsOfADayBlankTheDaysBeforeIt) {
 }
 
 TEST_F(DiskHist45Test, OverriddenReportDateStandsForToday) {
-  History("INSERT INTO Disk_HistCtrl VALUES ('2014-11-06 03:10:00', 'Disk_Day01')");
+  History(InsertStorageControl("'2014-11-06 03:10:00'", "'Disk_Day01'"));
   house.settings.RepDateOverride = true;
   house.settings.txtRepDate = "2014-11-07";
   ReportDisk();

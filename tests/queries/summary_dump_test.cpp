@@ -1,7 +1,9 @@
 // The debug dumps of the two summaries, byte for byte. They share a file.
 #include <filesystem>
 
-#include "queries/summary_fixture.h"
+#include "queries/chart_fixture.h"
+#include "queries/dump_lines.h"
+#include "queries/sums.h"
 
 namespace quillon {
 namespace {
@@ -20,8 +22,7 @@ std::string EmptyDays(int count) {
   std::string lines;
   for (int day = 0; day < count; ++day) {
     lines += DayText(MakeDateTime({2024, 3, 18}) + std::chrono::days(day));
-    for (int series = 0; series < 8; ++series) lines += "\t-\t1";
-    lines += "\r\n";
+    lines += DashFields(8) + "\r\n";
   }
   return lines;
 }
@@ -29,27 +30,10 @@ std::string EmptyDays(int count) {
 // The dump of the ordinary access ports of yesterday.
 std::string DumpOfPorts() {
   return "Exec Time=450 ms\r\n"
-         "Report=W34\r\n"
-         "VolumeHead=W12\r\n"
-         "VolumeNameLeft=W22\r\n"
-         "VolumeNameRight=W23\r\n"
-         "VolumeYaxisMax=6 M\r\n"
-         "VolumeYaxisHalf=3 M\r\n"
-         "BroadcastHead=W13\r\n"
-         "BroadcastNameLeft=W24\r\n"
-         "BroadcastNameRight=W25\r\n"
-         "BroadcastYaxisMax=4\r\n"
-         "BroadcastYaxisHalf=2\r\n"
-         "ErrorsHead=W14\r\n"
-         "ErrorsNameLeft=W26\r\n"
-         "ErrorsNameRight=W27\r\n"
-         "ErrorsYaxisMax=2\r\n"
-         "ErrorsYaxisHalf=1\r\n"
-         "PortsHead=W48\r\n"
-         "PortsNameLeft=W49\r\n"
-         "PortsNameRight=W50\r\n"
-         "PortsYaxisMax=20\r\n"
-         "PortsYaxisHalf=10\r\n"
+         "Report=W34\r\n" +
+         PanelLines("Volume", 12, 22, 23, "6 M", "3 M") +
+         PanelLines("Broadcast", 13, 24, 25, "4", "2") +
+         PanelLines("Errors", 14, 26, 27, "2", "1") + PanelLines("Ports", 48, 49, 50, "20", "10") +
          "HistoryStart=2024-03-18\r\n"
          "HistoryEnd=2024-05-01\r\n" +
          EmptyDays(44) + kYesterdaysPorts + "\r\n";
@@ -58,27 +42,10 @@ std::string DumpOfPorts() {
 // The dump of trunk ports without any day.
 std::string DumpOfNoTrunkPorts() {
   return "Exec Time=450 ms\r\n"
-         "Report=W35\r\n"
-         "VolumeHead=W12\r\n"
-         "VolumeNameLeft=W22\r\n"
-         "VolumeNameRight=W23\r\n"
-         "VolumeYaxisMax=2 M\r\n"
-         "VolumeYaxisHalf=1 M\r\n"
-         "BroadcastHead=W13\r\n"
-         "BroadcastNameLeft=W24\r\n"
-         "BroadcastNameRight=W25\r\n"
-         "BroadcastYaxisMax=2\r\n"
-         "BroadcastYaxisHalf=1\r\n"
-         "ErrorsHead=W14\r\n"
-         "ErrorsNameLeft=W26\r\n"
-         "ErrorsNameRight=W27\r\n"
-         "ErrorsYaxisMax=2\r\n"
-         "ErrorsYaxisHalf=1\r\n"
-         "PortsHead=W48\r\n"
-         "PortsNameLeft=W49\r\n"
-         "PortsNameRight=W50\r\n"
-         "PortsYaxisMax=2\r\n"
-         "PortsYaxisHalf=1\r\n"
+         "Report=W35\r\n" +
+         PanelLines("Volume", 12, 22, 23, "2 M", "1 M") +
+         PanelLines("Broadcast", 13, 24, 25, "2", "1") +
+         PanelLines("Errors", 14, 26, 27, "2", "1") + PanelLines("Ports", 48, 49, 50, "2", "1") +
          "HistoryStart=2024-03-18\r\n"
          "HistoryEnd=2024-05-01\r\n" +
          EmptyDays(45) + "\r\n";
@@ -87,30 +54,11 @@ std::string DumpOfNoTrunkPorts() {
 // The dump of the ordinary storages of yesterday.
 std::string DumpOfStorages() {
   return "Exec Time=450 ms\r\n"
-         "PhysicalReport=W82\r\n"
-         "PhysicalHead=W76\r\n"
-         "PhysicalNameLeft=W69\r\n"
-         "PhysicalNameRight=W71\r\n"
-         "PhysicalYaxisMax=100 M\r\n"
-         "PhysicalYaxisHalf=50 M\r\n"
-         "VirtualReport=W83\r\n"
-         "VirtualHead=W77\r\n"
-         "VirtualNameLeft=W69\r\n"
-         "VirtualNameRight=W71\r\n"
-         "VirtualYaxisMax=200 M\r\n"
-         "VirtualYaxisHalf=100 M\r\n"
-         "WindowsReport=W84\r\n"
-         "WindowsHead=W78\r\n"
-         "WindowsNameLeft=W69\r\n"
-         "WindowsNameRight=W71\r\n"
-         "WindowsYaxisMax=3 G\r\n"
-         "WindowsYaxisHalf=1.5 G\r\n"
-         "UnixReport=W85\r\n"
-         "UnixHead=W79\r\n"
-         "UnixNameLeft=W69\r\n"
-         "UnixNameRight=W71\r\n"
-         "UnixYaxisMax=40 G\r\n"
-         "UnixYaxisHalf=20 G\r\n"
+         "PhysicalReport=W82\r\n" +
+         PanelLines("Physical", 76, 69, 71, "100 M", "50 M") + "VirtualReport=W83\r\n" +
+         PanelLines("Virtual", 77, 69, 71, "200 M", "100 M") + "WindowsReport=W84\r\n" +
+         PanelLines("Windows", 78, 69, 71, "3 G", "1.5 G") + "UnixReport=W85\r\n" +
+         PanelLines("Unix", 79, 69, 71, "40 G", "20 G") +
          "HistoryStart=2024-03-18\r\n"
          "HistoryEnd=2024-05-01\r\n" +
          EmptyDays(44) + kYesterdaysStorages + "\r\n";

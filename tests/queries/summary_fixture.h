@@ -1,5 +1,5 @@
 // The two summaries of 45 days behind one set of verbs: days of sums in History.mdb, and what the
-// record of a slot then holds of each day. PortSums and StorageSums tell where they differ.
+// record of a slot then holds of each day.
 #pragma once
 
 #include <chrono>
@@ -9,128 +9,16 @@
 #include <vector>
 
 #include "queries/chart_fixture.h"
-#include "queries/disk_summary.h"
-#include "queries/switch_summary.h"
+#include "queries/figure_cases.h"
+#include "queries/sums.h"
 
 namespace quillon {
-
-// A column of the sums and what it fills.
-template <typename Record>
-struct SumColumn {
-  std::string name;
-  Panel Record::*panel;
-  Days<std::string> Panel::*values;
-  Days<std::string> Panel::*bars;  // null where the column has none
-};
-
-// Sums over the ports of a kind: access ports, where nothing else is asked for.
-struct PortSums {
-  using Record = Hist45dSwitchRecord;
-  static constexpr auto kRecords = &ReportRecords::Hist45dSwitchRep;
-  static constexpr auto kDates = &Record::TrafficDate;
-  static constexpr const char* kTable = "VLAN_HistSum";
-  static constexpr const char* kDate = "TrafficDate";
-  static constexpr const char* kMark = "Ports";  // shows a small figure as it is stored
-  static constexpr const char* kProcedure = "modSelectSql_SqHist45dSwitchSum";
-
-  static void Run(QueryContext& context, ConnectionId slot) {
-    SqHist45dSwitchSum(context, slot, false);
-  }
-
-  // Columns in the order in which a day is filled.
-  static const std::vector<SumColumn<Record>>& InOrder() {
-    static const std::vector<SumColumn<Record>> columns = {
-        {"InHCOctetsMb24H", &Record::Volume, &Panel::Left, &Panel::LeftBar},
-        {"OutHCOctetsMb24H", &Record::Volume, &Panel::Right, &Panel::RightBar},
-        {"InBroadCastPpm24H", &Record::Broadcast, &Panel::Left, &Panel::LeftBar},
-        {"InMultiCastPpm24H", &Record::Broadcast, &Panel::Right, &Panel::RightBar},
-        {"InErrorsTot24H", &Record::Errors, &Panel::Left, &Panel::LeftBar},
-        {"OutErrorsTot24H", &Record::Errors, &Panel::Right, &Panel::RightBar},
-        {"Ports", &Record::Ports, &Panel::Left, &Panel::LeftBar},
-        {"PortsInTraffic", &Record::Ports, &Panel::Right, &Panel::RightBar},
-    };
-    return columns;
-  }
-
-  static const Columns& Ordinary() {
-    static const Columns columns = {{"IsTrunk", "FALSE"},       {"InHCOctetsMb24H", "6"},
-                                    {"OutHCOctetsMb24H", "5"},  {"InBroadCastPpm24H", "4"},
-                                    {"InMultiCastPpm24H", "3"}, {"InErrorsTot24H", "2"},
-                                    {"OutErrorsTot24H", "1"},   {"Ports", "20"},
-                                    {"PortsInTraffic", "10"}};
-    return columns;
-  }
-};
-
-// Sums over the storages, by their kind.
-struct StorageSums {
-  using Record = Hist45dDiskRecord;
-  static constexpr auto kRecords = &ReportRecords::Hist45dDiskRep;
-  static constexpr auto kDates = &Record::StorageDate;
-  static constexpr const char* kTable = "Disk_HistSum";
-  static constexpr const char* kDate = "StorageDate";
-  static constexpr const char* kMark = "NumUnix";
-  static constexpr const char* kProcedure = "modSelectSql_SqlHist45dDiskSum";
-
-  static void Run(QueryContext& context, ConnectionId slot) { SqlHist45dDiskSum(context, slot); }
-
-  static const std::vector<SumColumn<Record>>& InOrder() {
-    static const std::vector<SumColumn<Record>> columns = {
-        {"TotalMPhysical", &Record::Physical, &Panel::Left, &Panel::LeftBar},
-        {"UsedMPhysical", &Record::Physical, &Panel::Right, &Panel::RightBar},
-        {"NumPhysical", &Record::Physical, &Panel::Num, nullptr},
-        {"TotalMVirtual", &Record::Virtual, &Panel::Left, &Panel::LeftBar},
-        {"UsedMVirtual", &Record::Virtual, &Panel::Right, &Panel::RightBar},
-        {"NumVirtual", &Record::Virtual, &Panel::Num, nullptr},
-        {"TotalMWindows", &Record::Windows, &Panel::Left, &Panel::LeftBar},
-        {"UsedMWindows", &Record::Windows, &Panel::Right, &Panel::RightBar},
-        {"NumWindows", &Record::Windows, &Panel::Num, nullptr},
-        {"TotalMUnix", &Record::Unix, &Panel::Left, &Panel::LeftBar},
-        {"UsedMUnix", &Record::Unix, &Panel::Right, &Panel::RightBar},
-        {"NumUnix", &Record::Unix, &Panel::Num, nullptr},
-    };
-    return columns;
-  }
-
-  static const Columns& Ordinary() {
-    static const Columns columns = {
-        {"TotalMPhysical", "100"}, {"UsedMPhysical", "40"},  {"NumPhysical", "3"},
-        {"TotalMVirtual", "200"},  {"UsedMVirtual", "50"},   {"NumVirtual", "4"},
-        {"TotalMWindows", "3000"}, {"UsedMWindows", "1500"}, {"NumWindows", "5"},
-        {"TotalMUnix", "40000"},   {"UsedMUnix", "10000"},   {"NumUnix", "6"}};
-    return columns;
-  }
-};
-
-// A row of the sums, ordinary but for these columns. The moment and the values are SQL literals.
-template <typename Sums>
-std::string InsertSums(const std::string& moment, const Columns& differing = {}) {
-  Columns columns = Sums::Ordinary();
-  columns[Sums::kDate] = moment;
-  for (const auto& [column, value] : differing) columns[column] = value;
-  return InsertRow(Sums::kTable, columns);
-}
-
-// A stored figure as SQL literal, and the text that it gives.
-struct SumText {
-  std::string stored;
-  std::string text;
-};
-
-// A stored figure that is the only one of its panel, its bar, and the labels of the axis.
-struct SumAxis {
-  std::string stored;
-  std::string bar;
-  std::string max;
-  std::string half;
-};
 
 template <typename Sums>
 class SummaryTest : public ChartTest {
  protected:
   using SumRecord = typename Sums::Record;
-  using Column = SumColumn<SumRecord>;
-  static constexpr const char* kBefore = "of an earlier report";
+  using Column = ChartColumn<SumRecord>;
 
   void AddMoment(const std::string& moment, const Columns& differing = {}) const {
     History(InsertSums<Sums>(moment, differing));
@@ -177,25 +65,8 @@ class SummaryTest : public ChartTest {
     return (Record().*found.panel.*found.bars)[position];
   }
   // All that a day holds, in the order in which it is filled.
-  Lines Values(int position) {
-    Lines values;
-    for (const Column& column : Sums::InOrder()) values.push_back(Value(column.name, position));
-    return values;
-  }
-  Lines Bars(int position) {
-    Lines bars;
-    for (const Column& column : Sums::InOrder()) {
-      if (column.bars != nullptr) bars.push_back(Bar(column.name, position));
-    }
-    return bars;
-  }
-  static Lines RawValues() {
-    Lines values;
-    for (const Column& column : Sums::InOrder()) {
-      values.push_back(Sums::Ordinary().at(column.name));
-    }
-    return values;
-  }
+  Lines Values(int position) { return ValuesOf(Record(), Sums::InOrder(), position); }
+  Lines Bars(int position) { return BarsOf(Record(), Sums::InOrder(), position); }
 
   // Expects rows with these marks at these positions, and dashes at all others.
   void ExpectDays(const std::map<int, std::string>& marks) {
@@ -227,28 +98,28 @@ class SummaryTest : public ChartTest {
   }
 
   // Expects the texts that figures in this column give, each on a day of its own.
-  void ExpectTexts(const std::string& column, const std::vector<SumText>& cases) {
+  void ExpectTexts(const std::string& column, const std::vector<FigureText>& cases) {
     ASSERT_LE(cases.size(), static_cast<std::size_t>(kNewest));
     std::string statements = std::string("DELETE FROM ") + Sums::kTable + ";";
     int age = 0;
-    for (const SumText& row : cases) {
+    for (const FigureText& row : cases) {
       statements += InsertSums<Sums>(MomentBefore(++age), {{column, row.stored}});
     }
     History("BEGIN;" + statements + "COMMIT;");
     Query();
     age = 0;
-    for (const SumText& row : cases) {
+    for (const FigureText& row : cases) {
       EXPECT_EQ(Value(column, PositionOf(++age)), row.text) << column << " " << row.stored;
     }
   }
   // Expects the bars and labels that figures in this column give, its twin in the panel being 0.
-  void ExpectAxes(const std::string& column, const std::vector<SumAxis>& cases) {
+  void ExpectAxes(const std::string& column, const std::vector<FigureAxis>& cases) {
     Columns figures;
     const Column& found = Find(column);
     for (const Column& each : Sums::InOrder()) {
       if (each.panel == found.panel && each.bars != nullptr) figures[each.name] = "0";
     }
-    for (const SumAxis& row : cases) {
+    for (const FigureAxis& row : cases) {
       figures[column] = row.stored;
       History(std::string("DELETE FROM ") + Sums::kTable + ";" +
               InsertSums<Sums>(MomentBefore(1), figures));
@@ -290,9 +161,13 @@ class SummaryTest : public ChartTest {
       }
     }
     (Record().*Sums::kDates).Fill(DateBefore());
+    if constexpr (kHasReport) Record().Report = kBefore;
   }
   // Expects words and axes, and the days up to this position, of the earlier report.
   void ExpectOfBefore(int lastPosition) {
+    if constexpr (kHasReport) {
+      EXPECT_EQ(Record().Report, kBefore);
+    }
     for (const auto panel : Panels()) {
       for (const auto text : kWords) EXPECT_EQ(Record().*panel.*text, kBefore);
       EXPECT_EQ((Record().*panel).Proc[kNewest], kBefore);
@@ -304,35 +179,9 @@ class SummaryTest : public ChartTest {
     }
   }
 
-  // Expects that a null in the column ends the walk at the field that it was to fill.
-  void ExpectNullEndsTheWalkAt(const Column& broken) {
-    ClearDays();
-    house.ForgetEvents();
-    FillRecord();
-    AddDay(1);
-    AddDay(2, {{broken.name, "NULL"}});
-    AddDay(3);
-    Query();
-    ExpectFailure(broken.name);
-    EXPECT_EQ(Values(kNewest), RawValues());
-    EXPECT_EQ(Bars(kNewest), Lines(kBars, "1"));
-    bool filled = true;
-    for (const Column& column : Sums::InOrder()) {
-      if (column.name == broken.name) filled = false;
-      EXPECT_EQ(Value(column.name, kNewest - 1),
-                filled ? Sums::Ordinary().at(column.name) : kBefore)
-          << column.name;
-    }
-    EXPECT_EQ(Bars(kNewest - 1), Lines(kBars, kBefore));
-    EXPECT_EQ((Record().*Sums::kDates)[kNewest - 1], MakeDateTime({2024, 4, 30}));
-    ExpectOfBefore(kNewest - 2);
-  }
-
   // Expects one event, of the report, whose text holds these words.
   void ExpectFailure(const std::string& words) const {
-    const Lines failures = Failures(Sums::kProcedure);
-    ASSERT_EQ(failures.size(), 1u) << words;
-    EXPECT_NE(failures[0].find(words), std::string::npos) << words << ": " << failures[0];
+    ChartTest::ExpectFailure(Sums::kProcedure, words);
   }
   // The module and procedure of each event, oldest first.
   Lines FailedProcedures() const {
@@ -344,28 +193,15 @@ class SummaryTest : public ChartTest {
     return procedures;
   }
 
-  // Expects that no slot holds anything.
-  void ExpectFreshRecords() const {
-    const ReportRecords& records = house.records;
-    for (int slot = 1; slot <= 20; ++slot) {
-      const SumRecord& record = (records.*Sums::kRecords)[slot];
-      EXPECT_EQ((record.*Sums::kDates)[kNewest], ZeroDate()) << slot;
-      for (const auto panel : Panels()) {
-        EXPECT_EQ((record.*panel).Head, "") << slot;
-        EXPECT_EQ((record.*panel).Left[kNewest], "") << slot;
-      }
-    }
-  }
-
   static constexpr std::size_t kBars = 8;
+  // Whether the record has one name for all its panels.
+  static constexpr bool kHasReport = requires(SumRecord record) { record.Report; };
 
  private:
   static constexpr std::string Panel::*kWords[] = {&Panel::Report,   &Panel::Head,
                                                    &Panel::NameLeft, &Panel::NameRight,
                                                    &Panel::YaxisMax, &Panel::YaxisHalf};
   static DateTime DateBefore() { return MakeDateTime({2001, 2, 3}); }
-
-  std::string MomentBefore(int age) const { return "'" + DayBefore(age) + " 03:10:00'"; }
 
   static const Column& Find(const std::string& name) {
     for (const Column& column : Sums::InOrder()) {

@@ -1,4 +1,5 @@
 // The axes of a port's charts and the bars below them.
+#include "queries/figure_cases.h"
 #include "queries/hist45_fixture.h"
 
 namespace quillon {
@@ -12,11 +13,6 @@ class SwitchHist45AxesTest : public Hist45Test {
     AddPortHistory(1, differing);
     return ReportPort();
   }
-
-  struct AxisCase {
-    std::string largest;  // figure of the panel, as SQL literal
-    Lines labels;         // top and middle
-  };
 };
 
 // The columns of a panel without any traffic.
@@ -41,63 +37,24 @@ TEST_F(SwitchHist45AxesTest, PortWithoutTrafficHasAxesOfTwoAndBarsOfOne) {
 }
 
 TEST_F(SwitchHist45AxesTest, TopOfTheVolumeIsTheLargestFigureRounded) {
-  const AxisCase cases[] = {
-      {"1", {"2 M", "1 M"}},
-      {"2", {"2 M", "1 M"}},
-      {"3", {"4 M", "2 M"}},
-      {"9", {"10 M", "5 M"}},
-      {"12", {"15 M", "7.5 M"}},
-      {"25", {"25 M", "13 M"}},  // 12.5 is too long
-      {"123", {"150 M", "75 M"}},
-      {"249", {"250 M", "125 M"}},
-      {"999", {"1 G", "0.5 G"}},
-      {"1234", {"1 G", "0.5 G"}},  // 1300, of which one digit is kept
-      {"1700", {"2 G", "1 G"}},
-      {"12345", {"13 G", "6.5 G"}},
-      {"123456", {"130 G", "65 G"}},
-      {"1234567", {"2 T", "1 T"}},
-      {"12345678", {"20 T", "10 T"}},
-      {"123456789", {"130 T", "65 T"}},
-      {"1234567890", {"2 P", "1 P"}},
-      {"9999999999", {"10 P", "5 P"}},
-  };
-  for (const AxisCase& row : cases) {
+  for (const FigureAxis& row : kVolumeAxes) {
     for (const std::string column : {"InHCOctetsMb24H", "OutHCOctetsMb24H"}) {
-      EXPECT_EQ(Axis(ReportDay(QuietBut(column, row.largest)).Volume), row.labels)
-          << column << " " << row.largest;
+      EXPECT_EQ(Axis(ReportDay(QuietBut(column, row.stored)).Volume), (Lines{row.max, row.half}))
+          << column << " " << row.stored;
     }
   }
   ExpectNoEvent();
 }
 
 TEST_F(SwitchHist45AxesTest, TopOfACountIsTheLargestFigureRounded) {
-  const AxisCase cases[] = {
-      {"1", {"2", "1"}},
-      {"2", {"2", "1"}},
-      {"3", {"4", "2"}},
-      {"5", {"6", "3"}},
-      {"12", {"15", "7.5"}},
-      {"73", {"75", "38"}},  // 37.5 is too long
-      {"123", {"150", "75"}},
-      {"1234", {"1 K", "0.5 K"}},
-      {"2500", {"3 K", "1.5 K"}},
-      {"12345", {"13 K", "6.5 K"}},
-      {"25000", {"25 K", "13 K"}},
-      {"123456", {"130 K", "65 K"}},
-      {"1234567", {"2 M", "1 M"}},
-      {"12345678", {"20 M", "10 M"}},
-      {"123456789", {"130 M", "65 M"}},
-      {"1234567890", {"2 G", "1 G"}},
-      {"9999999999", {"10000000000", "5000000 000"}},  // 11 digits have no unit
-  };
-  for (const AxisCase& row : cases) {
+  for (const FigureAxis& row : kCountAxes) {
     for (const std::string column : {"InBroadCastPpm24H", "InMultiCastPpm24H"}) {
-      EXPECT_EQ(Axis(ReportDay(QuietBut(column, row.largest)).Broadcast), row.labels)
-          << column << " " << row.largest;
+      EXPECT_EQ(Axis(ReportDay(QuietBut(column, row.stored)).Broadcast), (Lines{row.max, row.half}))
+          << column << " " << row.stored;
     }
     for (const std::string column : {"InErrorsTot24H", "OutErrorsTot24H"}) {
-      EXPECT_EQ(Axis(ReportDay(QuietBut(column, row.largest)).Errors), row.labels)
-          << column << " " << row.largest;
+      EXPECT_EQ(Axis(ReportDay(QuietBut(column, row.stored)).Errors), (Lines{row.max, row.half}))
+          << column << " " << row.stored;
     }
   }
   ExpectNoEvent();
@@ -180,16 +137,16 @@ TEST_F(SwitchHist45AxesTest, BarIsTheFiguresWholePercentOfTheTop) {
 
 TEST_F(SwitchHist45AxesTest, BarMayStandHigherThanTheTop) {
   for (const PortSeries& series : PortSeriesInOrder()) {
-    const Hist45SwitchRecord& record = ReportDay(QuietBut(series.column, "1234"));
-    EXPECT_EQ((record.*series.panel.*series.bars)[kNewest], "123") << series.column;
+    const Hist45SwitchRecord& record = ReportDay(QuietBut(series.name, "1234"));
+    EXPECT_EQ((record.*series.panel.*series.bars)[kNewest], "123") << series.name;
   }
 }
 
 TEST_F(SwitchHist45AxesTest, TextInAFigureDrawsABarOfOne) {
   for (const PortSeries& series : PortSeriesInOrder()) {
     for (const std::string text : {"'n/a'", "''", "'1,000'", "'-'"}) {
-      const Hist45SwitchRecord& record = ReportDay(QuietBut(series.column, text));
-      EXPECT_EQ((record.*series.panel.*series.bars)[kNewest], "1") << series.column << " " << text;
+      const Hist45SwitchRecord& record = ReportDay(QuietBut(series.name, text));
+      EXPECT_EQ((record.*series.panel.*series.bars)[kNewest], "1") << series.name << " " << text;
     }
   }
   ExpectNoEvent();

@@ -34,7 +34,7 @@ class SwitchHist45DaysTest : public Hist45Test {
 
   // A control row with this moment, as an SQL literal, and a table's name, as one too.
   void AddControlRow(const std::string& moment, const std::string& histTable) const {
-    History(InsertRow("VLAN_HistCtrl", {{"TrafficDate", moment}, {"HistTable", histTable}}));
+    History(InsertPortControl(moment, histTable));
   }
 };
 
@@ -82,7 +82,8 @@ TEST_F(SwitchHist45DaysTest, WalkGoesFromYesterdayBackForAsLongAsThereAreRows) {
       const bool reached = age <= row.reached;
       const bool matched =
           std::find(row.matched.begin(), row.matched.end(), age) != row.matched.end();
-      EXPECT_EQ(DateAt(position), reached ? DayBefore(age) + " 00:00:00" : kDayBefore) << position;
+      EXPECT_EQ(DateAt(position), reached ? house.DayBefore(age) + " 00:00:00" : kDayBefore)
+          << position;
       EXPECT_EQ(TableAt(position), !reached  ? kTableBefore
                                    : matched ? PortTable(age)
                                              : "")

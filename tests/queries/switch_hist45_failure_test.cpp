@@ -100,19 +100,19 @@ TEST_F(SwitchHist45FailureTest, EachDayThatFailsIsReported) {
 
 TEST_F(SwitchHist45FailureTest, NullEndsTheDayAtItsColumn) {
   for (const PortSeries& broken : PortSeriesInOrder()) {
-    SCOPED_TRACE(broken.column);
+    SCOPED_TRACE(broken.name);
     History("DELETE FROM VLAN_Day01");
-    AddPort("VLAN_Day01", {{broken.column, "NULL"}});
+    AddPort("VLAN_Day01", {{broken.name, "NULL"}});
     house.ForgetEvents();
     FillPortDay(kNewest);
     ReadDay();
-    ExpectFailure(kDay, broken.column);
+    ExpectFailure(kDay, broken.name);
     bool filled = true;
     for (const PortSeries& each : PortSeriesInOrder()) {
-      if (each.column == broken.column) filled = false;
+      if (each.name == broken.name) filled = false;
       const Panel& panel = PortRecord().*each.panel;
-      EXPECT_EQ((panel.*each.values)[kNewest] != kBefore, filled) << each.column;
-      EXPECT_EQ((panel.*each.bars)[kNewest], filled ? "1" : kBefore) << each.column;
+      EXPECT_EQ((panel.*each.values)[kNewest] != kBefore, filled) << each.name;
+      EXPECT_EQ((panel.*each.bars)[kNewest], filled ? "1" : kBefore) << each.name;
     }
   }
 }

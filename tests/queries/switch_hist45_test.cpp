@@ -103,12 +103,12 @@ TEST_F(SwitchHist45Test, MinusOneIsMissingInVolumesAndMulticastOnly) {
   const Lines raw = {"-", "-", "-1", "-", "-1", "-1"};
   const Lines shown = {"-", "-", "-1 W39", "-", "-1 W38", "-1 W38"};
   const Lines bars = {"1", "1", "-50", "1", "-50", "-50"};  // of an axis top of 2
-  const std::vector<PortSeries>& all = PortSeriesInOrder();
+  const auto& all = PortSeriesInOrder();
   for (std::size_t i = 0; i < all.size(); ++i) {
-    OnlyDay({{all[i].column, "-1"}});
+    OnlyDay({{all[i].name, "-1"}});
     ReadDay();
-    EXPECT_EQ(Figures(kNewest)[i], raw[i]) << all[i].column;
-    EXPECT_EQ(Bars(kNewest), kSixOnes) << all[i].column;
+    EXPECT_EQ(Figures(kNewest)[i], raw[i]) << all[i].name;
+    EXPECT_EQ(Bars(kNewest), kSixOnes) << all[i].name;
   }
   OnlyDay({{"InHCOctetsMb24H", "-1"},
            {"OutHCOctetsMb24H", "-1"},
@@ -124,9 +124,9 @@ TEST_F(SwitchHist45Test, MinusOneIsMissingInVolumesAndMulticastOnly) {
 
 TEST_F(SwitchHist45Test, OtherNegativeFiguresAreNumbers) {
   for (const PortSeries& series : PortSeriesInOrder()) {
-    OnlyDay({{series.column, "-2"}});
+    OnlyDay({{series.name, "-2"}});
     ReadDay();
-    EXPECT_EQ((PortRecord().*series.panel.*series.values)[kNewest], "-2") << series.column;
+    EXPECT_EQ((PortRecord().*series.panel.*series.values)[kNewest], "-2") << series.name;
   }
 }
 

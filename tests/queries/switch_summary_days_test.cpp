@@ -1,5 +1,5 @@
-// The days of the ports' summary: which row of the sums stands at which position, and what fills
-// the positions without one.
+// The days of the ports' summary beyond those that summary_days_test has of both summaries: which
+// row of the sums stands at which position, and what fills the positions without one.
 #include "queries/summary_fixture.h"
 
 namespace quillon {
@@ -18,16 +18,6 @@ TEST_F(SwitchSummaryDaysTest, YesterdayStandsAtTheLastPosition) {
   AddMarkedDays({1});
   Query();
   ExpectDays({{45, "1"}});
-}
-
-TEST_F(SwitchSummaryDaysTest, EachDayStandsAtThePositionOfItsAge) {
-  AddMarkedDaysUpTo(45);
-  Query();
-  std::map<int, std::string> marks;
-  for (int position = 1; position <= 45; ++position)
-    marks[position] = std::to_string(46 - position);
-  ExpectDays(marks);
-  ExpectNoEvent();
 }
 
 TEST_F(SwitchSummaryDaysTest, DatesRunFromTheOldestToYesterdayWithoutATime) {
@@ -72,18 +62,6 @@ TEST_F(SwitchSummaryDaysTest, RowsOlderThan45DaysAreNotShown) {
   AddMarkedDays({44, 45, 46, 47, 1200});
   Query();
   ExpectMarkedDays({44, 45});
-}
-
-TEST_F(SwitchSummaryDaysTest, RowOfTodayOrLaterHoldsTheWalkSoThatAllDaysAreDashes) {
-  for (const int age : {0, -1, -366}) {
-    SCOPED_TRACE(age);
-    ClearDays();
-    AddMarkedDaysUpTo(45);
-    AddMarkedDays({age});
-    Query();
-    ExpectMarkedDays({});
-  }
-  ExpectNoEvent();
 }
 
 TEST_F(SwitchSummaryDaysTest, SecondRowOfADayHoldsTheWalkBehindTheFirst) {
@@ -137,16 +115,6 @@ TEST_F(SwitchSummaryDaysTest, RowWithoutAKindIsOfNeither) {
   ExpectNoEvent();
 }
 
-TEST_F(SwitchSummaryDaysTest, RowWithoutADateIsOfNoDay) {
-  AddMoment("NULL");
-  Query();
-  ExpectMarkedDays({});
-  AddMarkedDays({1, 2});
-  Query();
-  ExpectMarkedDays({1, 2});
-  ExpectNoEvent();
-}
-
 TEST_F(SwitchSummaryDaysTest, TimeOfARowDoesNotMatter) {
   AddMoment("'2024-05-01 00:00:00'", {{"Ports", "1"}});
   AddMoment("'2024-04-30 23:59:59'", {{"Ports", "2"}});
@@ -197,20 +165,6 @@ TEST_F(SwitchSummaryDaysTest, WalkPassesLeapDaysAndTheEndsOfYears) {
     Query();
     ExpectDays({{row.position, "5"}});
   }
-}
-
-TEST_F(SwitchSummaryDaysTest, OverriddenReportDateIsTheDay) {
-  AddMoment("'2014-11-06 03:10:00'", {{"Ports", "1"}});
-  AddMoment("'2014-11-04 03:10:00'", {{"Ports", "3"}});
-  house.settings.txtRepDate = "2014-11-07";
-  Query();
-  ExpectMarkedDays({});
-  ExpectDaysUpTo(MakeDateTime({2024, 5, 1}));
-  house.settings.RepDateOverride = true;
-  Query();
-  ExpectDays({{45, "1"}, {43, "3"}});
-  ExpectDaysUpTo(MakeDateTime({2014, 11, 6}));
-  EXPECT_EQ(DayText(Record().TrafficDate[1]), "2014-09-23");
 }
 
 TEST_F(SwitchSummaryDaysTest, NothingOfAnEarlierReportIsLeft) {

@@ -1,5 +1,5 @@
-// The ways in which the ports' summary fails and what its record holds then; its waits, in which
-// other events run.
+// The ways in which the ports' summary fails beyond those of both summaries, and what its record
+// holds then; another report in its waits.
 #include "queries/summary_fixture.h"
 #include "support/other_writer.h"
 
@@ -12,13 +12,6 @@ class SwitchSummaryFailureTest : public SwitchSummaryTest {
  protected:
   static constexpr const char* kTooLarge = "10000000000";  // eleven digits: no axis can end there
 };
-
-TEST_F(SwitchSummaryFailureTest, NullEndsTheWalkAtItsColumn) {
-  for (const auto& column : PortSums::InOrder()) {
-    SCOPED_TRACE(column.name);
-    ExpectNullEndsTheWalkAt(column);
-  }
-}
 
 TEST_F(SwitchSummaryFailureTest, NullLeavesTheReportsName) {
   Record().Report = kBefore;
@@ -36,40 +29,6 @@ TEST_F(SwitchSummaryFailureTest, NullThatIsNotReachedIsNone) {
   Query();
   ExpectMarkedDays({1, 2});
   ExpectNoEvent();
-}
-
-TEST_F(SwitchSummaryFailureTest, SlotOutsideOneToTwentyFails) {
-  for (const bool hasRow : {false, true}) {
-    if (hasRow) AddDay(1);
-    for (const int slot : {0, 21, -1, 32767}) {
-      house.ForgetEvents();
-      PortSums::Run(house.queries, static_cast<ConnectionId>(slot));
-      ExpectFailure("position " + std::to_string(slot) + " ");
-    }
-  }
-  ExpectFreshRecords();
-}
-
-TEST_F(SwitchSummaryFailureTest, MissingDatabaseLeavesTheRecordAsItWas) {
-  house.installation.Remove("History.mdb");
-  FillRecord();
-  Record().Report = kBefore;
-  Query();
-  ExpectFailure("History.mdb");
-  ExpectOfBefore(45);
-  EXPECT_EQ(Record().Report, kBefore);
-  EXPECT_FALSE(house.installation.Exists("History.mdb"));
-}
-
-TEST_F(SwitchSummaryFailureTest, MissingTableLeavesTheRecordAsItWas) {
-  History("DROP TABLE VLAN_HistSum");
-  FillRecord();
-  Record().Report = kBefore;
-  Query();
-  EXPECT_EQ(house.Events(),
-            Lines{"1\tmodSelectSql_SqHist45dSwitchSum\tHistory.mdb: no such table: VLAN_HistSum"});
-  ExpectOfBefore(45);
-  EXPECT_EQ(Record().Report, kBefore);
 }
 
 TEST_F(SwitchSummaryFailureTest, FigureOfElevenDigitsEndsTheReportInTheBars) {
@@ -136,32 +95,16 @@ TEST_F(SwitchSummaryFailureTest, FigureOnAnAxisOfZeroEndsTheReport) {
   }
 }
 
-TEST_F(SwitchSummaryFailureTest, FailureInTheWalkWaitsForItsEventAlone) {
-  AddDay(1, {{"Ports", "NULL"}});
-  Query();
-  EXPECT_EQ(house.clock.slept(), milliseconds(500));
-}
-
 TEST_F(SwitchSummaryFailureTest, DatabaseIsClosedBeforeTheEvent) {
   const std::string path = house.installation.path() + "/History.mdb";
   AddDay(1, {{"Ports", "NULL"}});
   bool isAlone = false;
-  // A file that anybody else has open does not leave its journal mode.
-  house.loop.Post([&] { isAlone = OtherWriter::Idle(path).Run("PRAGMA journal_mode = DELETE"); });
+  house.loop.Post([&] { isAlone = OtherWriter::IsAlone(path); });
   Query();
   EXPECT_TRUE(isAlone);
 }
 
 class SwitchSummaryWaitTest : public SwitchSummaryTest {};
-
-TEST_F(SwitchSummaryWaitTest, IsTenMillisecondsADay) {
-  AddMarkedDays({1, 3});
-  Query();
-  EXPECT_EQ(house.clock.slept(), milliseconds(450));
-  ClearDays();
-  Query();
-  EXPECT_EQ(house.clock.slept(), milliseconds(900));
-}
 
 TEST_F(SwitchSummaryWaitTest, LetsAReportOfAnotherSlotRun) {
   AddMarkedDays({1});
@@ -179,19 +122,6 @@ TEST_F(SwitchSummaryWaitTest, LetsAReportOfAnotherSlotRun) {
   EXPECT_EQ((Lines{Record(5).Ports.Left[45], Record(5).Ports.Left[44]}), (Lines{"-", "2"}));
   EXPECT_EQ(house.clock.slept(), milliseconds(900));
   ExpectNoEvent();
-}
-
-TEST_F(SwitchSummaryWaitTest, KeepsNothingOfTheDatabaseOpen) {
-  const std::string path = house.installation.path() + "/History.mdb";
-  AddMarkedDays({1, 2});
-  bool isAlone = false;
-  house.loop.Post([&] {
-    isAlone = OtherWriter::Idle(path).Run("PRAGMA journal_mode = DELETE");
-    ClearDays();
-  });
-  Query();
-  EXPECT_TRUE(isAlone);
-  ExpectMarkedDays({1, 2});
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // What the ports' summary makes of a day's sums: words, texts, bars and axes. Which day stands
-// where is in switch_summary_days_test, failures in switch_summary_failure_test, the dump in
-// summary_dump_test.
+// where is in summary_days_test and switch_summary_days_test, failures in summary_failure_test and
+// switch_summary_failure_test, the dump in summary_dump_test.
 #include "queries/summary_fixture.h"
 
 namespace quillon {
@@ -43,31 +43,8 @@ TEST_F(SwitchSummaryTest, AxesWithoutADayEndAtTwo) {
 }
 
 TEST_F(SwitchSummaryTest, VolumeHasItsMeanRateAboveTenMegabytes) {
-  const std::vector<SumText> cases = {
-      {"-1", "-"},
-      {"-2", "0"},
-      {"0", "0"},
-      {"1", "1 M"},
-      {"10", "10 M"},
-      {"10.4", "10 M  (1 W44)"},
-      {"11", "11 M  (1 W44)"},
-      {"27", "27 M  (2 W44)"},     // 2.5 to the even 2
-      {"999", "999 M  (92 W44)"},  // 92.5 to the even 92
-      {"1234", "1 234 M  (114 W44)"},
-      {"10800", "11 G  (1 000 W44)"},
-      {"10801", "11 G  (1 W41)"},
-      {"27000", "27 G  (2 W41)"},  // 2.5 to the even 2
-      {"37800", "38 G  (4 W41)"},  // 3.5 to the even 4
-      {"12345678", "13 T  (1 143 W41)"},
-      {"108000000", "108 T  (10 000 W41)"},
-      {"108000001", "108 T  (10 W45)"},
-      {"113400000", "113 T  (10 W45)"},  // 10.5 to the even 10
-      {"124200000", "124 T  (12 W45)"},  // 11.5 to the even 12
-      {"1234567890", "1 235 T  (114 W45)"},
-      {"9999999999", "10 000 T  (926 W45)"},
-  };
-  ExpectTexts("InHCOctetsMb24H", cases);
-  ExpectTexts("OutHCOctetsMb24H", cases);
+  ExpectTexts("InHCOctetsMb24H", kVolumeTexts);
+  ExpectTexts("OutHCOctetsMb24H", kVolumeTexts);
   ExpectNoEvent();
 }
 
@@ -83,23 +60,12 @@ TEST_F(SwitchSummaryTest, EachVolumeIsJudgedByItself) {
 
 // The rate has room for a figure of three groups, where that of a single port has two.
 TEST_F(SwitchSummaryTest, BroadcastAndMulticastHaveARatePerSecondAbove60) {
-  const std::vector<SumText> cases = {
-      {"-2", "-2 W39"},
-      {"0", "0 W39"},
-      {"2.5", "3 W39"},
-      {"59", "59 W39"},
-      {"60", "60 W39"},
-      {"60.4", "60 W39<br>(1 W40)"},
-      {"61", "61 W39<br>(1 W40)"},
-      {"90", "90 W39<br>(2 W40)"},    // 1.5 to the even 2
-      {"150", "150 W39<br>(2 W40)"},  // 2.5 to the even 2
-      {"1234567", "1 234 567 W39<br>(20 576 W40)"},
-      {"59999940", "59 999 940 W39<br>(999 999 W40)"},
-      {"60000000", "60 000 000 W39<br>(1 000 000 W40)"},
-      {"74074020", "74 074 020 W39<br>(1 234 567 W40)"},
-      {"1234567890", "1234 567 890 W39<br>(20 576 132 W40)"},  // 20576131.5 to the even 132
-      {"9999999999", "9999 999 999 W39<br>(166 666 667 W40)"},
-  };
+  const std::vector<FigureText> cases =
+      Joined(kPacketTexts,
+             {{"60000000", "60 000 000 W39<br>(1 000 000 W40)"},
+              {"74074020", "74 074 020 W39<br>(1 234 567 W40)"},
+              {"1234567890", "1234 567 890 W39<br>(20 576 132 W40)"},  // 20576131.5 to the even 132
+              {"9999999999", "9999 999 999 W39<br>(166 666 667 W40)"}});
   ExpectTexts("InBroadCastPpm24H", cases);
   ExpectTexts("InMultiCastPpm24H", cases);
   ExpectNoEvent();
@@ -131,24 +97,13 @@ TEST_F(SwitchSummaryTest, BarOfAMissingMulticastFigureIsThatOfMinusOne) {
 }
 
 TEST_F(SwitchSummaryTest, ErrorsHaveARatePerMinuteAbove1440AndPerSecondAbove86400) {
-  const std::vector<SumText> cases = {
-      {"-5", "-5 W38"},
-      {"0", "0 W38"},
-      {"1439", "1 439 W38"},
-      {"1440", "1 440 W38"},
-      {"1440.4", "1 440 W38<br>(1 W39)"},
-      {"1441", "1 441 W38<br>(1 W39)"},
-      {"2160", "2 160 W38<br>(2 W39)"},  // 1.5 to the even 2
-      {"3600", "3 600 W38<br>(2 W39)"},  // 2.5 to the even 2
-      {"86399", "86 399 W38<br>(60 W39)"},
-      {"86400", "86 400 W38<br>(60 W39)"},
-      {"86401", "86 401 W38<br>(1 W40)"},
-      {"129600", "129 600 W38<br>(2 W40)"},  // 1.5 to the even 2
-      {"216000", "216 000 W38<br>(2 W40)"},  // 2.5 to the even 2
-      {"86400000", "86 400 000 W38<br>(1 000 W40)"},
-      {"1234567890", "1234 567 890 W38<br>(14 289 W40)"},
-      {"9999999999", "9999 999 999 W38<br>(115 741 W40)"},
-  };
+  const std::vector<FigureText> cases =
+      Joined(kErrorTexts, {{"86401", "86 401 W38<br>(1 W40)"},
+                           {"129600", "129 600 W38<br>(2 W40)"},  // 1.5 to the even 2
+                           {"216000", "216 000 W38<br>(2 W40)"},  // 2.5 to the even 2
+                           {"86400000", "86 400 000 W38<br>(1 000 W40)"},
+                           {"1234567890", "1234 567 890 W38<br>(14 289 W40)"},
+                           {"9999999999", "9999 999 999 W38<br>(115 741 W40)"}});
   ExpectTexts("InErrorsTot24H", cases);
   ExpectTexts("OutErrorsTot24H", cases);
   ExpectNoEvent();
@@ -197,53 +152,13 @@ TEST_F(SwitchSummaryTest, PortsInTrafficShowTheirShareOfAllPorts) {
 }
 
 TEST_F(SwitchSummaryTest, VolumeAxisIsRoundedAndLabelledInItsUnit) {
-  const std::vector<SumAxis> cases = {
-      {"0", "1", "2 M", "1 M"},
-      {"1", "50", "2 M", "1 M"},
-      {"2", "100", "2 M", "1 M"},
-      {"3", "75", "4 M", "2 M"},
-      {"7", "88", "8 M", "4 M"},  // 87.5 to the even 88
-      {"9", "90", "10 M", "5 M"},
-      {"12", "80", "15 M", "7.5 M"},
-      {"22", "88", "25 M", "13 M"},
-      {"99", "99", "100 M", "50 M"},
-      {"123", "82", "150 M", "75 M"},
-      {"234", "94", "250 M", "125 M"},
-      {"999", "100", "1 G", "0.5 G"},
-      {"1234", "123", "1 G", "0.5 G"},  // 1300, cut to 1000
-      {"1450", "72", "2 G", "1 G"},     // 1500, raised to 2000
-      {"12345", "95", "13 G", "6.5 G"},
-      {"123456", "95", "130 G", "65 G"},
-      {"1234567", "62", "2 T", "1 T"},
-      {"12345678", "62", "20 T", "10 T"},
-      {"123456789", "95", "130 T", "65 T"},
-      {"1234567890", "62", "2 P", "1 P"},
-      {"9999999999", "100", "10 P", "5 P"},
-  };
-  ExpectAxes("InHCOctetsMb24H", cases);
+  ExpectAxes("InHCOctetsMb24H", kVolumeAxes);
   ExpectNoEvent();
 }
 
 TEST_F(SwitchSummaryTest, OtherAxesAreLabelledAsCounts) {
-  const std::vector<SumAxis> cases = {
-      {"0", "1", "2", "1"},
-      {"1", "50", "2", "1"},
-      {"9", "90", "10", "5"},
-      {"12", "80", "15", "7.5"},
-      {"22", "88", "25", "13"},
-      {"234", "94", "250", "125"},
-      {"999", "100", "1 K", "0.5 K"},
-      {"1234", "123", "1 K", "0.5 K"},
-      {"12345", "95", "13 K", "6.5 K"},
-      {"123456", "95", "130 K", "65 K"},
-      {"1234567", "62", "2 M", "1 M"},
-      {"12345678", "62", "20 M", "10 M"},
-      {"123456789", "95", "130 M", "65 M"},
-      {"1234567890", "62", "2 G", "1 G"},
-      {"9999999999", "100", "10000000000", "5000000 000"},
-  };
   for (const std::string column : {"InBroadCastPpm24H", "InErrorsTot24H", "Ports"}) {
-    ExpectAxes(column, cases);
+    ExpectAxes(column, kCountAxes);
   }
   ExpectNoEvent();
 }
@@ -268,7 +183,7 @@ TEST_F(SwitchSummaryTest, AxisIsThatOfTheLargestFigureOfBothSeries) {
 }
 
 TEST_F(SwitchSummaryTest, BarIsAWholePercentOfTheAxisTop) {
-  const std::vector<SumText> cases = {
+  const std::vector<FigureText> cases = {
       {"0", "1"},     {"1", "1"},        {"5", "1"},  // 0.5 to the even 0, which becomes 1
       {"6", "1"},     {"15", "2"},                    // 1.5 to the even 2
       {"25", "2"},                                    // 2.5 to the even 2
@@ -280,11 +195,11 @@ TEST_F(SwitchSummaryTest, BarIsAWholePercentOfTheAxisTop) {
   };
   AddDay(45, {{"InHCOctetsMb24H", "1000"}});
   int age = 0;
-  for (const SumText& row : cases) AddDay(++age, {{"OutHCOctetsMb24H", row.stored}});
+  for (const FigureText& row : cases) AddDay(++age, {{"OutHCOctetsMb24H", row.stored}});
   Query();
   EXPECT_EQ(Bar("InHCOctetsMb24H", 1), "100");
   age = 0;
-  for (const SumText& row : cases) {
+  for (const FigureText& row : cases) {
     EXPECT_EQ(Bar("OutHCOctetsMb24H", PositionOf(++age)), row.text) << row.stored;
   }
 }

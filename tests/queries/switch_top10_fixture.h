@@ -19,11 +19,7 @@ class SwitchTop10Test : public testing::Test {
   using Lines = std::vector<std::string>;
   static constexpr ConnectionId kSlot = 3;
 
-  SwitchTop10Test() {
-    for (int number = 1; number <= 100; ++number) {
-      house.words.LangWord[number] = "W" + std::to_string(number);
-    }
-  }
+  SwitchTop10Test() { house.NumberWords("W"); }
 
   void Sql(const std::string& statements) const {
     house.installation.Sql("Reports.mdb", statements);

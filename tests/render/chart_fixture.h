@@ -8,36 +8,13 @@
 
 #include <chrono>
 #include <regex>
-#include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "platform/files.h"
 #include "support/house.h"
+#include "support/stored_text.h"
 
 namespace quillon {
-
-// A piece of page as it is stored with the tests.
-inline std::string StoredBlock(const std::string& name) {
-  return ReadFileBytes(TEST_DATA_PATH "/render/" + name);
-}
-
-// Where a piece stands in a text; a text without it is a mistake of the test.
-inline std::size_t PlaceOf(const std::string& text, std::string_view piece) {
-  const std::size_t place = text.find(piece);
-  if (place == std::string::npos) throw std::runtime_error("not there: " + std::string(piece));
-  return place;
-}
-
-// All places of `from` replaced; it is there.
-inline std::string Replaced(std::string text, std::string_view from, std::string_view to) {
-  std::size_t place = PlaceOf(text, from);
-  for (; place != std::string::npos; place = text.find(from, place + to.size())) {
-    text.replace(place, from.size(), to);
-  }
-  return text;
-}
 
 // The two halves of a stored block: the band, and the chart under it.
 inline std::string BandOf(const std::string& block) {
@@ -58,7 +35,7 @@ inline std::string WithWords(std::string band, const std::string& text) {
 // The chart of a kind that nobody knows, in the days of the port: a stored one without the texts
 // of its panel, and with ids from c1 on.
 inline std::string BodyOfUnknownKind() {
-  std::string body = BodyOf(StoredBlock("chart_port_volume.html"));
+  std::string body = BodyOf(StoredPiece("chart_port_volume.html"));
   body = std::regex_replace(body, std::regex("height='1\\d\\d\\d'"), "height=''");
   body = std::regex_replace(body, std::regex("Volume(Top|Half|NameLeft|NameRight)"), "");
   body = std::regex_replace(body, std::regex("Volume(Left|Right)-\\d+-"), "");
@@ -114,9 +91,7 @@ class ChartPrinting : public testing::Test {
   static constexpr ConnectionId kSlot = 20;
 
   ChartPrinting() {
-    for (int number = 1; number <= 100; ++number) {
-      house_.words.LangWord[number] = "Word" + std::to_string(number);
-    }
+    house_.NumberWords("Word");
     FillDeviceRecords();
     FillSummaryRecords();
   }

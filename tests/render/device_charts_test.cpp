@@ -62,9 +62,9 @@ class DeviceCharts : public ChartPrinting {
   std::string MemoryChart(std::string_view kind) { return Body(ChartData45_Mem, kind); }
   std::string DiskBody() { return Body(DiskChart, ""); }
 
-  const std::string port_ = BodyOf(StoredBlock("chart_port_volume.html"));
-  const std::string memory_ = BodyOf(StoredBlock("chart_memory_virtual.html"));
-  const std::string disk_ = BodyOf(StoredBlock("chart_disk.html"));
+  const std::string port_ = BodyOf(StoredPiece("chart_port_volume.html"));
+  const std::string memory_ = BodyOf(StoredPiece("chart_memory_virtual.html"));
+  const std::string disk_ = BodyOf(StoredPiece("chart_disk.html"));
 };
 
 // What a regular expression's group matches, place by place.
@@ -79,7 +79,7 @@ Lines AllMatches(const std::string& text, const std::string& expression) {
 
 TEST_F(DeviceCharts, BandAndChartAreAWholeBlock) {
   for (const Chart& chart : kCharts) {
-    EXPECT_EQ(StoredBlock(chart.block), Band(chart.printBand) + Body(chart.printBody, chart.kind))
+    EXPECT_EQ(StoredPiece(chart.block), Band(chart.printBand) + Body(chart.printBody, chart.kind))
         << chart.report;
   }
   ExpectNoEvent();
@@ -125,7 +125,7 @@ TEST_F(DeviceCharts, BandPrintsTheCallersWordsAsTheyAre) {
     for (const std::string& text : kAwkward) {
       std::string band;
       chart.printBand(house_.render, kSlot, "1" + text, "2" + text, "3" + text, band);
-      EXPECT_EQ(WithWords(BandOf(StoredBlock(chart.block)), text), band) << chart.report;
+      EXPECT_EQ(WithWords(BandOf(StoredPiece(chart.block)), text), band) << chart.report;
     }
   }
 }
@@ -135,7 +135,7 @@ TEST_F(DeviceCharts, BandPrintsTheNamesOfTheRecordAsTheyAre) {
     for (std::string* device : {&Port().Device, &Memory().Device, &Disk().Device}) *device = text;
     for (std::string* name : {&Port().Port, &Memory().Storage, &Disk().Storage}) *name = text + "/";
     for (const Chart& chart : kCharts) {
-      const std::string stored = BandOf(StoredBlock(chart.block));
+      const std::string stored = BandOf(StoredPiece(chart.block));
       const std::string device = AllMatches(stored, "190px'>([^<]*)<").at(0);
       const std::string name = AllMatches(stored, "200px'>([^<]*)<").at(0);
       EXPECT_EQ(Replaced(Replaced(stored, ">" + name + "<", ">" + text + "/<"), ">" + device + "<",
@@ -243,7 +243,7 @@ TEST_F(DeviceCharts, SlotsDoNotMix) {
   Memory() = Hist45MemRecord();
   Disk() = Hist45DiskRecord();
   for (const Chart& chart : kCharts) {
-    EXPECT_EQ(StoredBlock(chart.block),
+    EXPECT_EQ(StoredPiece(chart.block),
               Band(chart.printBand, 1) + Body(chart.printBody, chart.kind, 1))
         << chart.report;
   }
@@ -255,7 +255,7 @@ TEST_F(DeviceCharts, BlocksAreAppendedBehindWhatIsThere) {
   for (const Chart& chart : kCharts) {
     chart.printBand(house_.render, kSlot, "Title", "LeftWord", "RightWord", text);
     chart.printBody(house_.render, kSlot, chart.kind, text);
-    expected += StoredBlock(chart.block);
+    expected += StoredPiece(chart.block);
   }
   EXPECT_EQ(expected, text);
 }
@@ -278,7 +278,7 @@ class DeviceChartSlots : public DeviceCharts {
 
 TEST_F(DeviceChartSlots, BandEndsBeforeTheNameOfTheDevice) {
   for (const Chart& chart : kCharts) {
-    const std::string stored = BandOf(StoredBlock(chart.block));
+    const std::string stored = BandOf(StoredPiece(chart.block));
     for (const ConnectionId slot : kOutside) {
       SCOPED_TRACE(chart.report + " of slot " + std::to_string(slot));
       house_.ForgetEvents();

@@ -4,33 +4,18 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "platform/files.h"
 #include "support/house.h"
+#include "support/stored_text.h"
 
 namespace quillon {
 namespace {
 
-std::string Stored(const std::string& name) {
-  return ReadFileBytes(TEST_DATA_PATH "/render/" + name);
-}
-
-std::string Replaced(std::string text, std::string_view from, std::string_view to) {
-  const std::size_t start = text.find(from);
-  if (start == std::string::npos) throw std::runtime_error("not there: " + std::string(from));
-  return text.replace(start, from.size(), to);
-}
-
 class PageFrame : public testing::Test {
  protected:
-  PageFrame() {
-    for (int number = 1; number <= 100; ++number) {
-      house_.words.LangWord[number] = "Word" + std::to_string(number);
-    }
-  }
+  PageFrame() { house_.NumberWords("Word"); }
 
   std::string Begin(int middleCellWidth, std::string_view reportKey) {
     std::string page;
@@ -46,7 +31,7 @@ class PageFrame : public testing::Test {
 
   // Head and top band of a report page on which the selector marks nothing.
   static std::string UnmarkedTop() {
-    return Stored("mail_head.html") + Stored("top_band_begin.html");
+    return StoredPiece("mail_head.html") + StoredPiece("top_band_begin.html");
   }
 
   House house_;
@@ -122,31 +107,31 @@ TEST_F(PageFrame, GroupLabelsAreNoWordsOfTheLanguageFile) {
 }
 
 TEST_F(PageFrame, HelpPopupIsEmptyWithoutHelpText) {
-  EXPECT_EQ(Stored("top_band_end.html"), End());
+  EXPECT_EQ(StoredPiece("top_band_end.html"), End());
 }
 
 TEST_F(PageFrame, HelpTextStandsInThePopupAsItIs) {
   const std::string start = "          <div class='div-table'>\r\n";
   for (const std::string text : {"one line", "<b>K\xFCrzel</b> & \"more\"\r\n", "a\nb\n", " "}) {
     house_.words.HelpText = text;
-    EXPECT_EQ(Replaced(Stored("top_band_end.html"), start, start + text), End());
+    EXPECT_EQ(Replaced(StoredPiece("top_band_end.html"), start, start + text), End());
   }
 }
 
 TEST_F(PageFrame, MailedPageHasTheHeadAlone) {
   std::string page;
   TopHeader_MailReport(house_.render, page);
-  EXPECT_EQ(Stored("mail_head.html"), page);
+  EXPECT_EQ(StoredPiece("mail_head.html"), page);
   house_.settings.CharSet = "UTF-8";
   page.clear();
   TopHeader_MailReport(house_.render, page);
-  EXPECT_EQ(Replaced(Stored("mail_head.html"), "ISO-8859-1", "UTF-8"), page);
+  EXPECT_EQ(Replaced(StoredPiece("mail_head.html"), "ISO-8859-1", "UTF-8"), page);
 }
 
 TEST_F(PageFrame, FooterTellsTheOwnerAndTheVersion) {
   std::string page;
   Page_Footer(house_.render, page);
-  EXPECT_EQ(Stored("page_footer.html"), page);
+  EXPECT_EQ(StoredPiece("page_footer.html"), page);
 }
 
 TEST_F(PageFrame, PageEndsWithoutALineEnd) {
@@ -162,8 +147,9 @@ TEST_F(PageFrame, EveryPieceIsAppendedBehindWhatIsThere) {
   TopHeader_MailReport(house_.render, page);
   Page_Footer(house_.render, page);
   Page_End(house_.render, page);
-  EXPECT_EQ("<!-- before -->" + UnmarkedTop() + Stored("top_band_end.html") +
-                Stored("mail_head.html") + Stored("page_footer.html") + "</body>\r\n</html>",
+  EXPECT_EQ("<!-- before -->" + UnmarkedTop() + StoredPiece("top_band_end.html") +
+                StoredPiece("mail_head.html") + StoredPiece("page_footer.html") +
+                "</body>\r\n</html>",
             page);
   EXPECT_TRUE(house_.Events().empty());
 }

@@ -5,15 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "platform/files.h"
 #include "support/file_size_limit.h"
 #include "support/house.h"
+#include "support/stored_text.h"
 
 namespace quillon {
 namespace {
@@ -21,21 +19,12 @@ namespace {
 const std::vector<std::string> kThemes = {"Black", "Blue", "Gold", "Gray", "Kestrel"};
 const std::vector<std::string> kNoThemes = {"black", "BLUE", "", " Blue", "Blue ", "Green"};
 
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  std::size_t place = text.find(from);
-  if (place == std::string::npos) throw std::runtime_error("no rule with " + from);
-  for (; place != std::string::npos; place = text.find(from, place + to.size())) {
-    text.replace(place, from.size(), to);
-  }
-  return text;
-}
-
 // The whole file in the colours of one column of the table; of none, for any other name.
 std::string ExpectedFile(const std::string& theme) {
-  std::ifstream table(TEST_DATA_PATH "/render/stylesheet_colours.txt");
+  std::istringstream table(StoredPiece("stylesheet_colours.txt"));
   std::string line;
   std::getline(table, line);  // the names of the themes
-  std::string text = ReadFileBytes(TEST_DATA_PATH "/render/stylesheet_rules.txt") + "\r\n";
+  std::string text = StoredPiece("stylesheet_rules.txt") + "\r\n";
   while (std::getline(table, line)) {
     std::istringstream fields(line);
     std::string name;

@@ -43,8 +43,8 @@ class SummaryCharts : public ChartPrinting {
     return Replaced(BodyOfUnknownKind(), "<br>: </div>", "<br>: <br>Word86: </div>");
   }
 
-  const std::string ports_ = StoredBlock("chart_switch_summary_ports.html");
-  const std::string disks_ = StoredBlock("chart_disk_summary_unix.html");
+  const std::string ports_ = StoredPiece("chart_switch_summary_ports.html");
+  const std::string disks_ = StoredPiece("chart_disk_summary_unix.html");
 };
 
 TEST_F(SummaryCharts, BandAndChartAreAWholeBlock) {

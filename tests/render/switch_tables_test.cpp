@@ -5,12 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "platform/files.h"
 #include "support/house.h"
+#include "support/stored_text.h"
 
 namespace quillon {
 namespace {
@@ -19,24 +18,10 @@ constexpr ConnectionId kSlot = 20;
 constexpr std::string_view kPageName = "stored-page.htm";  // in the links of the stored rows
 constexpr std::string_view kTableEnd = "</table>\r\n<br>\r\n";
 
-std::string Stored(const std::string& name) {
-  return ReadFileBytes(TEST_DATA_PATH "/render/" + name);
-}
-
-// All places of `from` replaced; a text without it is a mistake of the test.
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  std::size_t place = text.find(from);
-  if (place == std::string::npos) throw std::runtime_error("not there: " + from);
-  for (; place != std::string::npos; place = text.find(from, place + to.size())) {
-    text.replace(place, from.size(), to);
-  }
-  return text;
-}
-
 // One of the ten stored rows.
 std::string StoredRow(int number) {
   constexpr std::string_view kRowEnd = "  </tr>\r\n";
-  const std::string rows = Stored("switch_rows.html");
+  const std::string rows = StoredPiece("switch_rows.html");
   std::size_t start = 0;
   for (int i = 1; i < number; ++i) start = rows.find(kRowEnd, start) + kRowEnd.size();
   return rows.substr(start, rows.find(kRowEnd, start) + kRowEnd.size() - start);
@@ -76,9 +61,7 @@ SwitchTableRow NumberedRow(int number) {
 class SwitchTables : public testing::Test {
  protected:
   SwitchTables() {
-    for (int number = 1; number <= 100; ++number) {
-      house_.words.LangWord[number] = "Word" + std::to_string(number);
-    }
+    house_.NumberWords("Word");
     house_.period.ReportStart = "2024-05-01 23:00";
     house_.period.ReportEnd = "2024-05-02 22:59";
     Table().TableReport = "Access ports";
@@ -110,32 +93,32 @@ class SwitchTables : public testing::Test {
 
   // Expects both tables to hold these rows and nothing else.
   void ExpectRows(const std::string& rows) {
-    EXPECT_EQ(Stored("switch_top10_head.html") + rows + std::string(kTableEnd), Top10());
-    EXPECT_EQ(Stored("switch_search_head.html") + rows + std::string(kTableEnd), Search());
+    EXPECT_EQ(StoredPiece("switch_top10_head.html") + rows + std::string(kTableEnd), Top10());
+    EXPECT_EQ(StoredPiece("switch_search_head.html") + rows + std::string(kTableEnd), Search());
   }
 
   House house_;
 };
 
 TEST_F(SwitchTables, BandTellsReportCriteriaHeadAndPeriod) {
-  EXPECT_EQ(Stored("switch_band.html"), Band());
+  EXPECT_EQ(StoredPiece("switch_band.html"), Band());
 }
 
 TEST_F(SwitchTables, BandPrintsItsTextsAsTheyAre) {
   for (const std::string text : {"", "n/a", "O'Neil & \"<b>K\xFC", "\r\n"}) {
     Table().TableHead = text;
-    EXPECT_EQ(Replaced(Stored("switch_band.html"), "Volume in", text), Band());
+    EXPECT_EQ(Replaced(StoredPiece("switch_band.html"), "Volume in", text), Band());
   }
 }
 
 TEST_F(SwitchTables, TenRowsAreAWholeTable) {
-  ExpectRows(Stored("switch_rows.html"));
+  ExpectRows(StoredPiece("switch_rows.html"));
 }
 
 TEST_F(SwitchTables, HeadsOfTrunkPortsLinkToTheListsOfTrunkPorts) {
-  const std::string head =
-      Replaced(Stored("switch_top10_head.html"), "'switch-access-port-", "'switch-trunk-port-");
-  EXPECT_EQ(head + Stored("switch_rows.html") + std::string(kTableEnd), Top10("trunk"));
+  const std::string head = Replaced(StoredPiece("switch_top10_head.html"), "'switch-access-port-",
+                                    "'switch-trunk-port-");
+  EXPECT_EQ(head + StoredPiece("switch_rows.html") + std::string(kTableEnd), Top10("trunk"));
 }
 
 TEST_F(SwitchTables, TableWithoutRowsHasItsHeadAlone) {
@@ -155,13 +138,13 @@ TEST_F(SwitchTables, LastRowAloneKeepsItsClassItsIdAndItsPlace) {
 
 TEST_F(SwitchTables, AddressWithoutLastSeenStandsAlone) {
   Row(4).userLastSeen = "-";
-  ExpectRows(Replaced(Stored("switch_rows.html"), "&nbsp;&nbsp(LastSeen: Seen-4-)", ""));
+  ExpectRows(Replaced(StoredPiece("switch_rows.html"), "&nbsp;&nbsp(LastSeen: Seen-4-)", ""));
 }
 
 TEST_F(SwitchTables, AnyOtherLastSeenStandsInBrackets) {
   for (const std::string text : {"", "--", " -", "- ", "n/a"}) {
     Row(4).userLastSeen = text;
-    ExpectRows(Replaced(Stored("switch_rows.html"), "Seen-4-", text));
+    ExpectRows(Replaced(StoredPiece("switch_rows.html"), "Seen-4-", text));
   }
 }
 
@@ -174,7 +157,7 @@ TEST_F(SwitchTables, AwkwardNamesArePrintedAsTheyAre) {
     Row(2).ifDescr = text + "/1";
     Row(2).ifAlias = text + "/2";
     Row(2).userMacAddr = text + "/3";
-    std::string rows = Replaced(Stored("switch_rows.html"), "Device-2-", text);
+    std::string rows = Replaced(StoredPiece("switch_rows.html"), "Device-2-", text);
     rows = Replaced(rows, "Descr-2-", text + "/1");
     rows = Replaced(rows, "Alias-2-", text + "/2");
     ExpectRows(Replaced(rows, "UserMac-2-", text + "/3"));
@@ -199,14 +182,14 @@ TEST_F(SwitchTables, PageNameRidesInTheLinksAsItIs) {
   const std::string pageName = "search-device-port-name-17.htm?a='b'&c=\xFC";
   std::string page;
   TableDataSwitch_Search(house_.render, kSlot, pageName, page);
-  EXPECT_EQ(Replaced(Search(), std::string(kPageName), pageName), page);
+  EXPECT_EQ(Replaced(Search(), kPageName, pageName), page);
 }
 
 TEST_F(SwitchTables, SlotsDoNotMix) {
   house_.records.SwitchTableRep[1].rows[1] = NumberedRow(1);
   std::string page;
   TableDataSwitch_Search(house_.render, 1, kPageName, page);
-  EXPECT_EQ(Stored("switch_search_head.html") + StoredRow(1) + std::string(kTableEnd), page);
+  EXPECT_EQ(StoredPiece("switch_search_head.html") + StoredRow(1) + std::string(kTableEnd), page);
 }
 
 TEST_F(SwitchTables, PiecesAreAppendedBehindWhatIsThere) {

@@ -2,7 +2,10 @@
 // what main.cpp builds, without open sockets.
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "import/import_context.h"
@@ -25,6 +28,24 @@ class House {
     settings.ConnHistory = ConnectionString("History.mdb");
     settings.DatumFormat = "YYYY-MM-DD";
     settings.CharSet = "ISO-8859-1";
+  }
+
+  // Words that show their number: behind the prefix "W", word 38 is "W38".
+  void NumberWords(const std::string& prefix) {
+    for (int number = 1; number <= words.LangWord.kSize; ++number) {
+      words.LangWord[number] = prefix + std::to_string(number);
+    }
+  }
+
+  // The calendar day so many days before today, "2024-05-01" for 1.
+  std::string DayBefore(int age) const { return DayText(clock.Now() - std::chrono::days(age)); }
+
+  // Runs the action in the first turn of the loop in which the condition holds.
+  void Once(std::function<bool()> condition, std::function<void()> action) {
+    loop.Post([this, condition = std::move(condition), action = std::move(action)]() mutable {
+      if (!condition()) return Once(std::move(condition), std::move(action));
+      action();
+    });
   }
 
   // Lines of the event file, oldest first, without their time stamps:

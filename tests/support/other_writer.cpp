@@ -22,6 +22,10 @@ OtherWriter OtherWriter::Idle(const std::string& path) {
   return OtherWriter(std::move(handle));
 }
 
+bool OtherWriter::IsAlone(const std::string& path) {
+  return Idle(path).Run("PRAGMA journal_mode = DELETE");
+}
+
 bool OtherWriter::Begin() {
   return Run("BEGIN IMMEDIATE");
 }

@@ -16,6 +16,10 @@ class OtherWriter {
   // One that has only opened the file.
   static OtherWriter Idle(const std::string& path);
 
+  // Whether nobody else has the file open. Its journal mode then is DELETE: a file leaves the mode
+  // that it has for one that is alone with it.
+  static bool IsAlone(const std::string& path);
+
   // Begins to write; false where somebody else is writing.
   bool Begin();
   // Gives up what it wrote, where it is writing at all.

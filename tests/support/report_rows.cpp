@@ -2,14 +2,11 @@
 #include "support/report_rows.h"
 
 namespace quillon {
-namespace {
 
 Columns With(Columns columns, const Columns& differing) {
   for (const auto& [column, value] : differing) columns[column] = value;
   return columns;
 }
-
-}  // namespace
 
 std::string InsertRow(const std::string& table, const Columns& columns) {
   std::string names;
@@ -61,6 +58,45 @@ std::string InsertStorage(const Columns& differing) {
                                          {"UsedProc30Trend", "88"},
                                          {"LastUpdate", "'2024-05-02 03:10:00'"}},
                                         differing));
+}
+
+std::string DayTable(const std::string& beginning, int number) {
+  return beginning + (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+std::string InsertPortControl(const std::string& moment, const std::string& histTable) {
+  return InsertRow("VLAN_HistCtrl", {{"TrafficDate", moment}, {"HistTable", histTable}});
+}
+
+std::string InsertStorageControl(const std::string& moment, const std::string& histTable) {
+  return InsertRow("Disk_HistCtrl", {{"StorageDate", moment}, {"HistTable", histTable}});
+}
+
+std::string InsertPortOfDay(const std::string& histTable, const Columns& differing) {
+  return InsertRow(histTable, With({{"RecNo", "7"},
+                                    {"IfIndex", "4"},
+                                    {"InHCOctetsMb24H", "6"},
+                                    {"OutHCOctetsMb24H", "5"},
+                                    {"InBroadCastPpm24H", "4"},
+                                    {"InMultiCastPpm24H", "3"},
+                                    {"InErrorsTot24H", "2"},
+                                    {"OutErrorsTot24H", "1"},
+                                    {"IsTrunk", "FALSE"}},
+                                   differing));
+}
+
+std::string InsertStorageOfDay(const std::string& histTable, const Columns& differing) {
+  return InsertRow(histTable, With({{"RecNo", "900"},
+                                    {"DevName", "'Files'"},
+                                    {"StorDescr", "'C:'"},
+                                    {"Type", "30"},
+                                    {"TotalM", "100"},
+                                    {"UsedM", "40"},
+                                    {"FreeM", "60"},
+                                    {"UsedProc", "40"},
+                                    {"Trend14d", "77"},
+                                    {"Trend30d", "88"}},
+                                   differing));
 }
 
 }  // namespace quillon

@@ -67,6 +67,11 @@ void RawClient::Receive() {
   }
 }
 
+const std::string& RawClient::ReceivedNow() {
+  Receive();
+  return received_;
+}
+
 void RawClient::Close() {
   if (socket_ >= 0) close(socket_);
   socket_ = -1;
@@ -106,10 +111,13 @@ std::string Site::Exchange(RawClient& client, std::string_view bytes) {
   return client.received();
 }
 
+std::string Site::Request(std::string_view url) {
+  return "GET /" + std::string(url) + " HTTP/1.1\r\nHost: test\r\n\r\n";
+}
+
 std::string Site::Get(std::string_view url) {
   RawClient client(tcpServer.LocalPort());
-  const std::string response =
-      Exchange(client, "GET /" + std::string(url) + " HTTP/1.1\r\nHost: test\r\n\r\n");
+  const std::string response = Exchange(client, Request(url));
   client.Close();
   Settle();
   return response;

@@ -24,6 +24,8 @@ class RawClient {
   // Adds what has arrived to received().
   void Receive();
   const std::string& received() const { return received_; }
+  // What has arrived by now, without any further event.
+  const std::string& ReceivedNow();
   void ClearReceived() { received_.clear(); }
   // True after the server closed the connection and all it sent was received.
   bool closedByServer() const { return closed_; }
@@ -47,7 +49,10 @@ class Site : public House {
   // server closes, or nothing happens any more. Returns what came.
   std::string Exchange(RawClient& client, std::string_view bytes);
 
-  // The answer to "GET /<url> HTTP/1.1" on a connection of its own; Body strips its head.
+  // "GET /<url> HTTP/1.1" with its head.
+  static std::string Request(std::string_view url);
+
+  // The answer to that request on a connection of its own; Body strips its head.
   std::string Get(std::string_view url);
   static std::string Body(const std::string& response);
 

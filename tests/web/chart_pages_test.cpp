@@ -2,16 +2,15 @@
 // byte with stored ones. How their figures come about is told in data/pages/README.md.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/files.h"
 #include "support/environment.h"
 #include "support/report_rows.h"
 #include "support/site.h"
+#include "support/stored_text.h"
 #include "web/expected_pages.h"
 
 namespace quillon {
@@ -32,29 +31,21 @@ constexpr const char* kFigureColumns =
 class ChartPages : public testing::Test {
  protected:
   ChartPages() {
-    for (int number = 1; number <= 100; ++number) {
-      site.words.LangWord[number] = "W" + std::to_string(number);
-    }
+    site.NumberWords("W");
     History("DELETE FROM VLAN_HistCtrl");
   }
 
   void History(const std::string& sql) const { site.installation.Sql("History.mdb", sql); }
 
-  std::string DayBefore(int age) const {
-    return DayText(site.clock.Now() - std::chrono::days(age));
-  }
-
   // A control row for the day, late in the evening.
   void AddControlRow(int age, const std::string& histTable) const {
-    History("INSERT INTO VLAN_HistCtrl VALUES ('" + DayBefore(age) + " 23:59:59', '" + histTable +
-            "')");
+    History(InsertPortControl("'" + site.DayBefore(age) + " 23:59:59'", "'" + histTable + "'"));
   }
 
   // The day in a table of its own, between rows of ports of the same device, of the same number on
   // another device, and of the same port for a second time.
   void AddPortDay(int recNo, int ifIndex, const Day& day) const {
-    const std::string table =
-        "VLAN_Day" + std::string(day.age < 10 ? "0" : "") + std::to_string(day.age);
+    const std::string table = DayTable("VLAN_Day", day.age);
     AddControlRow(day.age, table);
     AddPortFigures(table, recNo, ifIndex + 1, "1, 2, 3, 4, 5, 6");
     AddPortFigures(table, recNo + 1, ifIndex, "7, 8, 9, 10, 11, 12");
@@ -65,7 +56,7 @@ class ChartPages : public testing::Test {
 
   void AddSum(bool isTrunk, const Day& day) const {
     History("INSERT INTO VLAN_HistSum (TrafficDate, IsTrunk, " + std::string(kFigureColumns) +
-            ", Ports, PortsInTraffic) VALUES ('" + DayBefore(day.age) + " 03:10:00', " +
+            ", Ports, PortsInTraffic) VALUES ('" + site.DayBefore(day.age) + " 03:10:00', " +
             (isTrunk ? "1, " : "0, ") + day.figures + ")");
   }
   void AddSums(bool isTrunk, std::initializer_list<Day> days) const {
@@ -88,7 +79,7 @@ class ChartPages : public testing::Test {
 
   // The answer with a stored page.
   static std::string Expected(const std::string& page) {
-    return Response("text/html", ReadFileBytes(TEST_DATA_PATH "/pages/" + page));
+    return Response("text/html", StoredPage(page));
   }
 
   Site site;

@@ -17,10 +17,7 @@ const std::string kChartFile = "hist45-7-4.htm";
 
 class ChartRoutes : public ChartSite {
  protected:
-  std::string Closed(const std::string& page) const { return ClosedResponse(site.render, page); }
   std::string Charts(ConnectionId slot = 1) const { return PortCharts(site.render, slot); }
-  // The answer to the URL; its charts are on connection 1.
-  std::string Get(const std::string& url) { return Answer(Request(url)); }
 };
 
 TEST_F(ChartRoutes, ChartsFollowTheStoredTableAndAreStoredByThemselves) {

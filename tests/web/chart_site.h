@@ -31,9 +31,7 @@ class ChartSite : public testing::Test {
   static constexpr std::string_view kTrunk = ": 300 M  (28 W44)<br>";
 
   ChartSite() {
-    for (int number = 1; number <= 100; ++number) {
-      site.words.LangWord[number] = "W" + std::to_string(number);
-    }
+    site.NumberWords("W");
     site.favIconData = "icon";
     Reports(InsertPort({{"RecNo", "7"}, {"IfIndex", "4"}, {"DevName", "'sw7'"}}) +
             InsertPort({{"RecNo", "8"}, {"IfIndex", "5"}, {"DevName", "'sw8'"}}));
@@ -71,30 +69,25 @@ class ChartSite : public testing::Test {
     std::filesystem::remove_all(site.installation.path() + "/WebReports/Cache");
   }
 
-  static std::string Request(const std::string& url) {
-    return "GET /" + url + " HTTP/1.1\r\nHost: test\r\n\r\n";
-  }
-
   // The answer to a request, after which the connection is as good as before.
   std::string Answer(const std::string& request) {
     const auto client = site.Connect();
     const std::string response = site.Exchange(*client, request);
-    EXPECT_EQ(site.Exchange(*client, Request("")), DefaultResponse(site.render)) << request;
+    EXPECT_EQ(site.Exchange(*client, Site::Request("")), DefaultResponse(site.render)) << request;
     client->Close();
     site.Settle();
     return response;
   }
+  // The same of a URL; its charts are on connection 1.
+  std::string Get(const std::string& url) { return Answer(Site::Request(url)); }
 
-  // What the client has got by now, without any further event.
-  static std::string Received(RawClient& client) {
-    client.Receive();
-    return client.received();
-  }
+  // The answer that is made of this page.
+  std::string Closed(const std::string& page) const { return ClosedResponse(site.render, page); }
 
   // Runs the action inside the first wait that lasts for so long already.
   void InTheWait(std::function<void()> action, int milliseconds = 10) {
     const auto moment = site.clock.slept() + std::chrono::milliseconds(milliseconds);
-    OnceSlept(moment, std::move(action));
+    site.Once([this, moment] { return site.clock.slept() >= moment; }, std::move(action));
   }
 
   // The charts of a port, and of all ports of a kind, as the record of a slot has them.
@@ -176,13 +169,6 @@ class ChartSite : public testing::Test {
   };
   static constexpr Chart kCharts[] = {
       {12, 22, 23, "volume"}, {13, 24, 25, "broadcast"}, {14, 26, 27, "errors"}};
-
-  void OnceSlept(std::chrono::milliseconds moment, std::function<void()> action) {
-    site.loop.Post([this, moment, action = std::move(action)]() mutable {
-      if (site.clock.slept() < moment) return OnceSlept(moment, std::move(action));
-      action();
-    });
-  }
 
   ReportRecords untouched_;
 };

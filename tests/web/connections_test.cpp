@@ -116,8 +116,7 @@ TEST_F(Connections, TwoRequestsInOneSegmentAreOneEvent) {
   const std::string stylesheet = "GET /qws.css HTTP/1.1\r\n\r\n";
   EXPECT_EQ(site.Exchange(*client, page + page), Default());
   site.Settle();
-  client->Receive();
-  EXPECT_EQ(client->received(), Default());
+  EXPECT_EQ(client->ReceivedNow(), Default());
   EXPECT_EQ(site.Exchange(*client, page + stylesheet), Response("text/css", "stylesheet"));
   EXPECT_EQ(site.Exchange(*client, stylesheet + page), Response("text/css", "stylesheet"));
 }

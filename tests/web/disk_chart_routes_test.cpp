@@ -13,8 +13,6 @@ class DiskChartRoutes : public ChartSite {
  protected:
   DiskChartRoutes() { RemoveDatabases(); }
 
-  std::string Closed(const std::string& page) const { return ClosedResponse(site.render, page); }
-  std::string Get(const std::string& url) { return Answer(Request(url)); }
   // Expects that the URL gives the stored page and below it the stored chart of this name.
   void ExpectChart(const std::string& url, const std::string& page, const std::string& chart) {
     Store(page, "page " + page);

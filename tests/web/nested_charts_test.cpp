@@ -17,7 +17,7 @@ const std::string kSummaryFile = "switch-access-port-summary.htm";
 class NestedCharts : public ChartSite {
  protected:
   std::string Icon() const { return Response("image/x-icon", "icon"); }
-  static std::string IconRequest() { return Request("favicon.ico"); }
+  static std::string IconRequest() { return Site::Request("favicon.ico"); }
 
   // The whole answer to a URL when nothing else is asked.
   std::string Alone(const std::string& url) {
@@ -37,9 +37,9 @@ class NestedCharts : public ChartSite {
                         int milliseconds) {
     const auto outer = site.Connect();
     const auto inner = site.Connect();
-    InTheWait([&] { inner->Send(Request(innerUrl)); }, milliseconds);
-    const std::string outerAnswer = site.Exchange(*outer, Request(outerUrl));
-    const std::string innerAnswer = Received(*inner);
+    InTheWait([&] { inner->Send(Site::Request(innerUrl)); }, milliseconds);
+    const std::string outerAnswer = site.Exchange(*outer, Site::Request(outerUrl));
+    const std::string innerAnswer = inner->ReceivedNow();
     EmptyTheCache();
     EXPECT_EQ(outerAnswer, Alone(outerUrl));
     EXPECT_EQ(innerAnswer, Alone(innerUrl));
@@ -56,9 +56,9 @@ TEST_F(NestedCharts, APageIsAnsweredWhileAChartWaits) {
     InTheWait([&] {
       other->Send(IconRequest());
       site.loop.Pump();
-      inside = Received(*other) + Received(*waiting);
+      inside = other->ReceivedNow() + waiting->ReceivedNow();
     });
-    const std::string answer = site.Exchange(*waiting, Request(url));
+    const std::string answer = site.Exchange(*waiting, Site::Request(url));
     EXPECT_EQ(inside, Icon()) << url;
     EXPECT_EQ(answer, Alone(url));
   }
@@ -82,12 +82,12 @@ TEST_F(NestedCharts, EveryoneOfACrowdGetsItsOwnChart) {
   std::vector<std::unique_ptr<RawClient>> clients;
   for (std::size_t i = 0; i < urls.size(); ++i) clients.push_back(site.Connect());
   for (std::size_t i = 1; i < urls.size(); ++i) {
-    InTheWait([&, i] { clients[i]->Send(Request(urls[i])); }, static_cast<int>(i) * 20);
+    InTheWait([&, i] { clients[i]->Send(Site::Request(urls[i])); }, static_cast<int>(i) * 20);
   }
-  site.Exchange(*clients[0], Request(urls[0]));
+  site.Exchange(*clients[0], Site::Request(urls[0]));
   site.installation.Remove("WebReports/Cache/" + kSummaryFile);
   for (std::size_t i = 0; i < urls.size(); ++i) {
-    EXPECT_EQ(Received(*clients[i]), Alone(urls[i])) << urls[i];
+    EXPECT_EQ(clients[i]->ReceivedNow(), Alone(urls[i])) << urls[i];
   }
 }
 
@@ -95,8 +95,8 @@ TEST_F(NestedCharts, TheFilesOfNestedChartsAreThoseOfTheirPorts) {
   Store("switch-a.htm", "table");
   const auto outer = site.Connect();
   const auto inner = site.Connect();
-  InTheWait([&] { inner->Send(Request("hist45-8-5-switch-a.htm")); });
-  site.Exchange(*outer, Request("hist45-7-4-switch-a.htm"));
+  InTheWait([&] { inner->Send(Site::Request("hist45-8-5-switch-a.htm")); });
+  site.Exchange(*outer, Site::Request("hist45-7-4-switch-a.htm"));
   EXPECT_EQ(Stored("hist45-7-4.htm"), PortCharts(site.render, 1));
   EXPECT_EQ(Stored("hist45-8-5.htm"), PortCharts(site.render, 2));
   EXPECT_TRUE(Holds(Stored("hist45-7-4.htm"), kSeven));
@@ -105,10 +105,10 @@ TEST_F(NestedCharts, TheFilesOfNestedChartsAreThoseOfTheirPorts) {
 
 TEST_F(NestedCharts, ASecondChartOnTheSameConnectionIsAnsweredFirstAndRight) {
   const auto client = site.Connect();
-  InTheWait([&] { client->Send(Request(kOtherPort)); });
-  client->Send(Request(kPort));
+  InTheWait([&] { client->Send(Site::Request(kOtherPort)); });
+  client->Send(Site::Request(kPort));
   site.Settle();
-  const std::string received = Received(*client);
+  const std::string received = client->ReceivedNow();
   const std::string inner = Alone(kOtherPort);
   EXPECT_EQ(received.substr(0, inner.size()), inner);
   EXPECT_EQ(received.find("HTTP/1.0 200 OK\r\n", inner.size()), inner.size());
@@ -118,9 +118,9 @@ TEST_F(NestedCharts, ASecondChartOnTheSameConnectionIsAnsweredFirstAndRight) {
 TEST_F(NestedCharts, AFailureInsideTheWaitLeavesTheChartToItsEnd) {
   const auto client = site.Connect();
   const auto other = site.Connect();
-  InTheWait([&] { other->Send(Request("hist45-x-1.htm")); });
-  const std::string answer = site.Exchange(*client, Request(kPort));
-  EXPECT_EQ(Received(*other), "");
+  InTheWait([&] { other->Send(Site::Request("hist45-x-1.htm")); });
+  const std::string answer = site.Exchange(*client, Site::Request(kPort));
+  EXPECT_EQ(other->ReceivedNow(), "");
   EXPECT_EQ(answer, Alone(kPort));
   EXPECT_EQ(Failures(), Names{"frmQuillonWeb_tcpServer_DataIn"});
 }
@@ -135,7 +135,7 @@ TEST_F(NestedCharts, AClientThatLeavesIsSentAndLoggedNothingAndItsChartIsStored)
     site.loop.Pump();
     logWhenItLeft = site.installation.Read("Debug/WebConnection-1.txt");
   });
-  client->Send(Request("hist45-7-4-switch-a.htm"));
+  client->Send(Site::Request("hist45-7-4-switch-a.htm"));
   site.Settle();
   EXPECT_TRUE(Holds(logWhenItLeft, "TCP Server Disconnection"));
   EXPECT_EQ(site.installation.Read("Debug/WebConnection-1.txt"), logWhenItLeft);
@@ -155,10 +155,10 @@ TEST_F(NestedCharts, TheChartOfAClientThatLeftReachesNobodyElse) {
       site.loop.Pump();
       next = std::make_unique<RawClient>(site.tcpServer.LocalPort());
     });
-    client->Send(Request(url));
+    client->Send(Site::Request(url));
     site.Settle();
     ASSERT_NE(next, nullptr) << url;
-    EXPECT_EQ(Received(*next), "") << url;
+    EXPECT_EQ(next->ReceivedNow(), "") << url;
     EXPECT_EQ(site.Exchange(*next, IconRequest()), Icon()) << url;
   }
 }
@@ -179,10 +179,10 @@ TEST_F(NestedCharts, TheStoredChartOfAClientThatLeftIsNotMixedUpWithThatOfTheNex
           client->Close();
           site.loop.Pump();
           next = std::make_unique<RawClient>(site.tcpServer.LocalPort());
-          next->Send(Request("hist45-8-5-switch-a.htm"));
+          next->Send(Site::Request("hist45-8-5-switch-a.htm"));
         },
         milliseconds);
-    client->Send(Request("hist45-7-4-switch-a.htm"));
+    client->Send(Site::Request("hist45-7-4-switch-a.htm"));
     site.Settle();
     EXPECT_EQ(Stored(kPort), seven) << milliseconds;
     EXPECT_EQ(Stored(kOtherPort), eight) << milliseconds;

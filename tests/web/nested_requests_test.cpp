@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/site.h"
@@ -37,19 +38,7 @@ class NestedRequests : public testing::Test {
 
   // Runs the action inside the wait of the first failure that comes.
   void InTheWait(std::function<void()> action) {
-    site.loop.Post([this, action] {
-      if (site.Events().empty()) {
-        InTheWait(action);
-      } else {
-        action();
-      }
-    });
-  }
-
-  // What the client has got by now, without any further event.
-  static std::string Received(RawClient& client) {
-    client.Receive();
-    return client.received();
+    site.Once([this] { return !site.Events().empty(); }, std::move(action));
   }
 
   // The order of requests and responses in the log: "1<- 2<- 2-> 1->".
@@ -85,12 +74,12 @@ TEST_F(NestedRequests, AnotherConnectionIsServedInsideTheWait) {
   InTheWait([&] {
     other->Send(kIcon);
     site.loop.Pump();
-    inside = Received(*other) + Received(*waiting);
+    inside = other->ReceivedNow() + waiting->ReceivedNow();
   });
   const std::string page = site.Exchange(*waiting, kList);
   EXPECT_EQ(inside, Response("image/x-icon", "icon"));
   EXPECT_EQ(page.find("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n"), 0u);
-  EXPECT_EQ(Received(*other), Response("image/x-icon", "icon"));
+  EXPECT_EQ(other->ReceivedNow(), Response("image/x-icon", "icon"));
 }
 
 TEST_F(NestedRequests, TheWaitOfATextWithoutALineEndServesRequestsToo) {
@@ -98,7 +87,7 @@ TEST_F(NestedRequests, TheWaitOfATextWithoutALineEndServesRequestsToo) {
   const auto other = site.Connect();
   InTheWait([&] { other->Send(kIcon); });
   EXPECT_EQ(site.Exchange(*waiting, "no line end"), "");
-  EXPECT_EQ(Received(*other), Response("image/x-icon", "icon"));
+  EXPECT_EQ(other->ReceivedNow(), Response("image/x-icon", "icon"));
 }
 
 TEST_F(NestedRequests, TheSameConnectionIsServedInsideItsOwnWait) {
@@ -106,7 +95,7 @@ TEST_F(NestedRequests, TheSameConnectionIsServedInsideItsOwnWait) {
   InTheWait([&] { client->Send(kIcon); });
   client->Send(kList);
   site.Settle();
-  const std::string received = Received(*client);
+  const std::string received = client->ReceivedNow();
   const std::string icon = Response("image/x-icon", "icon");
   EXPECT_EQ(received.substr(0, icon.size()), icon);
   EXPECT_EQ(received.find("HTTP/1.0 200 OK\r\nContent-Type: text/html\r\n", icon.size()),
@@ -128,7 +117,7 @@ TEST_F(NestedRequests, ThreeLevelsEndInReverseOrder) {
             (std::vector<std::string>{"[3] Total Time: 500 ms", "[2] Total Time: 1000 ms",
                                       "[1] Total Time: 1500 ms"}));
   for (RawClient* client : {second.get(), third.get()}) {
-    EXPECT_EQ(Received(*client).find("HTTP/1.0 200 OK\r\n"), 0u);
+    EXPECT_EQ(client->ReceivedNow().find("HTTP/1.0 200 OK\r\n"), 0u);
   }
   EXPECT_EQ(site.Events().size(), 3u);
   EXPECT_EQ(site.installation.List("WebReports/Cache").size(), 3u);
@@ -143,8 +132,8 @@ TEST_F(NestedRequests, EveryLevelAnswersWithThePageOfItsOwnUrl) {
     return ClosedResponse(site.render, site.installation.Read("WebReports/Cache/" + name));
   };
   EXPECT_EQ(outer, stored("switch-access-port-top10-involume.htm"));
-  EXPECT_EQ(Received(*second), stored("switch-trunk-port-top10-inerrors.htm"));
-  EXPECT_NE(outer, Received(*second));
+  EXPECT_EQ(second->ReceivedNow(), stored("switch-trunk-port-top10-inerrors.htm"));
+  EXPECT_NE(outer, second->ReceivedNow());
 }
 
 TEST_F(NestedRequests, RowsOfANestedRequestStayOutOfTheOuterPage) {
@@ -157,7 +146,7 @@ TEST_F(NestedRequests, RowsOfANestedRequestStayOutOfTheOuterPage) {
   const std::string outer = site.Exchange(*first, kList);
   EXPECT_EQ(outer.find("HTTP/1.0 200 OK\r\n"), 0u);
   EXPECT_FALSE(ShowsTheDevice(outer));
-  EXPECT_TRUE(ShowsTheDevice(Received(*second)));
+  EXPECT_TRUE(ShowsTheDevice(second->ReceivedNow()));
   EXPECT_EQ(site.Events().size(), 1u);
 }
 
@@ -166,7 +155,7 @@ TEST_F(NestedRequests, ANestedFailureLeavesTheOuterRequestToItsEnd) {
   const auto second = site.Connect();
   InTheWait([&] { second->Send("no line end"); });
   EXPECT_EQ(site.Exchange(*first, kList).find("HTTP/1.0 200 OK\r\n"), 0u);
-  EXPECT_EQ(Received(*second), "");
+  EXPECT_EQ(second->ReceivedNow(), "");
   ASSERT_EQ(site.Events().size(), 2u);
   EXPECT_EQ(site.Events()[0].find("1\tmodSelectSql_SqlTop10SwitchStats\t"), 0u);
   EXPECT_EQ(site.Events()[1].find("1\tfrmQuillonWeb_tcpServer_DataIn\t"), 0u);
@@ -200,7 +189,7 @@ TEST_F(NestedRequests, ThePageOfAClientThatLeftReachesNobodyElse) {
   });
   client->Send(kList);
   site.Settle();
-  EXPECT_EQ(Received(*next), "");
+  EXPECT_EQ(next->ReceivedNow(), "");
   EXPECT_EQ(site.Exchange(*next, kIcon), Response("image/x-icon", "icon"));
 }
 

@@ -16,9 +16,6 @@ const std::string kTrunkKey = "switch-trunk-port-summary";
 
 class SummaryRoutes : public ChartSite {
  protected:
-  std::string Closed(const std::string& page) const { return ClosedResponse(site.render, page); }
-  std::string Get(const std::string& url) { return Answer(Request(url)); }
-
   // The page of a kind as the record of connection 1 has it.
   std::string Page(const std::string& reportKey) const {
     return Summary(site.render, reportKey, 1);
@@ -131,16 +128,17 @@ TEST_F(SummaryRoutes, WithoutTheWordOfSwitchesNothingIsStored) {
 
 TEST_F(SummaryRoutes, WithoutTheWordOfSwitchesTheChartsAreThoseThatTheRecordHolds) {
   const auto client = site.Connect();
-  site.Exchange(*client, Request("hist45d-" + kTrunkFile));
+  site.Exchange(*client, Site::Request("hist45d-" + kTrunkFile));
   RemoveDatabases();
-  const std::string response = site.Exchange(*client, Request("-port-summary"));
+  const std::string response = site.Exchange(*client, Site::Request("-port-summary"));
   EXPECT_EQ(response, Closed(PageOfNoKind(site.render)));
   EXPECT_TRUE(Holds(response, kTrunk));
   EXPECT_TRUE(Holds(response, "<td width='190px'>W35</td>"));
   EXPECT_EQ(CacheFiles(), Names{kTrunkFile});
 
   const auto other = site.Connect();
-  EXPECT_EQ(site.Exchange(*other, Request("-port-summary")), Closed(PageOfNoKind(Untouched(), 2)));
+  EXPECT_EQ(site.Exchange(*other, Site::Request("-port-summary")),
+            Closed(PageOfNoKind(Untouched(), 2)));
   EXPECT_EQ(Failures(), Names{});
 }
 
@@ -199,9 +197,9 @@ TEST_F(SummaryRoutes, ASummaryThatCannotBeStoredIsSentAllTheSame) {
 
 TEST_F(SummaryRoutes, TheChartsOfAPortLeaveThoseOfTheSummaryAlone) {
   const auto client = site.Connect();
-  const std::string first = site.Exchange(*client, Request("-port-summary"));
-  site.Exchange(*client, Request("hist45-7-4.htm"));
-  EXPECT_EQ(site.Exchange(*client, Request("-port-summary")), first);
+  const std::string first = site.Exchange(*client, Site::Request("-port-summary"));
+  site.Exchange(*client, Site::Request("hist45-7-4.htm"));
+  EXPECT_EQ(site.Exchange(*client, Site::Request("-port-summary")), first);
 }
 
 }  // namespace

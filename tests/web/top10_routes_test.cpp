@@ -81,9 +81,7 @@ Names DevicesOf(const std::string& page, const std::string& pageName) {
 class Top10Routes : public testing::Test {
  protected:
   Top10Routes() {
-    for (int number = 1; number <= 100; ++number) {
-      site.words.LangWord[number] = "word" + std::to_string(number);
-    }
+    site.NumberWords("word");
     site.period = {"period start", "period end"};
   }
 
