@@ -37,7 +37,7 @@ std::array<Panel*, std::size(kKinds)> PanelsOf(Hist45dDiskRecord& record) {
   return {&record.Physical, &record.Virtual, &record.Windows, &record.Unix};
 }
 
-// All figures come first: a null among them leaves the bars behind it as they were.
+// All figures come first: a null among them leaves the bars of the day as they were.
 void FillDay(const QueryContext& context, const Recordset* sums, int position,
              Hist45dDiskRecord& record) {
   if (sums == nullptr) {

@@ -20,8 +20,8 @@ constexpr int kTrunkReport = 35;
 
 constexpr std::string_view kRatePattern = "### ### ##0";
 
-// Sums over all ports are large enough for a rate a second, whose pattern is wider at the right
-// side; wanted as it is.
+// Errors of all ports are enough for a rate a second, whose pattern is wider in the right series;
+// wanted as it is.
 constexpr CountRate kPacketRates[] = {{60, kPerSecond, kRatePattern}};
 constexpr CountRate kErrorRatesLeft[] = {{86400, kPerSecond, kRatePattern},
                                          {1440, kPerMinute, kRatePattern}};
@@ -49,7 +49,7 @@ std::array<Panel*, 4> PanelsOf(Hist45dSwitchRecord& record) {
   return {&record.Volume, &record.Broadcast, &record.Errors, &record.Ports};
 }
 
-// All figures come first: a null among them leaves the bars behind it as they were.
+// All figures come first: a null among them leaves the bars of the day as they were.
 void FillDay(const QueryContext& context, const Recordset* sums, int position,
              Hist45dSwitchRecord& record) {
   if (sums == nullptr) {
