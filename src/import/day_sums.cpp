@@ -3,7 +3,7 @@
 
 #include <fmt/format.h>
 
-#include "import/history_day.h"
+#include "import/age.h"
 #include "import/history_table.h"
 #include "import/row_pauses.h"
 #include "platform/failure.h"

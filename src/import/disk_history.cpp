@@ -7,7 +7,6 @@
 #include "import/day_copy.h"
 #include "import/day_sums.h"
 #include "import/disk_class.h"
-#include "import/history_day.h"
 #include "import/history_table.h"
 #include "import/rotation.h"
 #include "import/row_pauses.h"

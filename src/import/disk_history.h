@@ -19,7 +19,7 @@ void DiskStatsCopyToHist_(ImportContext& context, const std::string& table);
 void ClearDiskHistSum(ImportContext& context);
 
 // Appends a row to Disk_HistSum: sizes and counts of each class in the table of the day (see
-// import/history_day.h). Without that table there is no row. A count beyond 16 bits is a failure.
+// service/report_day.h). Without that table there is no row. A count beyond 16 bits is a failure.
 void DiskStatsSum(ImportContext& context);
 
 }  // namespace quillon

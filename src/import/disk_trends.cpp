@@ -4,7 +4,6 @@
 #include <string>
 
 #include "import/disk_trend_value.h"
-#include "import/history_day.h"
 #include "import/history_table.h"
 #include "import/row_pauses.h"
 #include "service/debug_dump.h"

@@ -2,7 +2,6 @@
 #include "import/report_marks.h"
 
 #include "import/general_info.h"
-#include "import/history_day.h"
 #include "import/period_text.h"
 #include "service/error_exit.h"
 #include "service/report_day.h"

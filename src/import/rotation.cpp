@@ -1,7 +1,7 @@
 // Choosing, emptying and stamping a day table.
 #include "import/rotation.h"
 
-#include "import/history_day.h"
+#include "import/age.h"
 #include "import/history_table.h"
 #include "import/row_pauses.h"
 #include "platform/text_encoding.h"

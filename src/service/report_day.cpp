@@ -1,5 +1,7 @@
-// The report day, real or replayed.
+// The report day, real or replayed, and the day before it.
 #include "service/report_day.h"
+
+#include <chrono>
 
 #include "platform/failure.h"
 
@@ -10,6 +12,10 @@ DateTime ReportDay(const Settings& settings, const Clock& clock) {
   const auto day = ParseDateTime(settings.txtRepDate);
   if (!day) throw ConversionFailure("not a date: \"" + settings.txtRepDate + "\"");
   return *day;
+}
+
+DateTime HistoryDay(DateTime now) {
+  return now - std::chrono::hours(23);
 }
 
 }  // namespace quillon

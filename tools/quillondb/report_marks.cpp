@@ -1,10 +1,10 @@
 // The one row of General_Info, as the management product writes it at the end of a report.
 #include "quillondb/report_marks.h"
 
-#include "import/history_day.h"
 #include "import/period_text.h"
 #include "platform/failure.h"
 #include "quillondb/installation.h"
+#include "service/report_day.h"
 
 namespace quillon {
 namespace {
