@@ -2,22 +2,27 @@
 //
 // A connection opens a read-only handle for its selects, guarded against whatever a
 // search text may smuggle in, and a writing handle only when a table is opened for
-// change. Where a recordset's rows come from stands in select_source and table_source.
+// change. Where a recordset's rows come from stands in select_source, table_source and
+// table_view.
 #include "platform/database.h"
 
+#include <optional>
 #include <utility>
 
 #include "platform/database_dialect.h"
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/select_limits.h"
 #include "platform/select_source.h"
 #include "platform/sqlite_statement.h"
 #include "platform/table_source.h"
+#include "platform/table_view.h"
 
 namespace quillon {
 namespace {
 
 constexpr int kBusyTimeoutMs = 5000;  // how long a lock of the management product is waited for
+constexpr int kHeapLimit = 32 * 1024 * 1024;  // bytes that the engine may use, all handles together
 
 std::string FileName(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
@@ -51,9 +56,12 @@ class Connection::Handle {
       throw DatabaseFailure(file_ + ": " + reason);
     }
     sqlite3_busy_timeout(handle_, kBusyTimeoutMs);
-    RegisterDialect(handle_);
-    // Sorting stays in memory: no temporary file is written outside the installation.
+    limits_.emplace(handle_);
+    RegisterDialect(handle_, *limits_);
+    // Sorting stays in memory: no temporary file is written outside the installation. How much
+    // memory, for all handles together, is bounded, so that no search can take the server's.
     RunPragma("PRAGMA temp_store=MEMORY");
+    RunPragma("PRAGMA hard_heap_limit=" + std::to_string(kHeapLimit));
   }
   ~Handle() { sqlite3_close_v2(handle_); }
   Handle(const Handle&) = delete;
@@ -68,10 +76,12 @@ class Connection::Handle {
     }
   }
   sqlite3* get() const { return handle_; }
+  SelectLimits& limits() { return *limits_; }
 
  private:
   std::string file_;
   sqlite3* handle_ = nullptr;
+  std::optional<SelectLimits> limits_;
 };
 
 Recordset::Recordset() = default;
@@ -81,8 +91,9 @@ Recordset& Recordset::operator=(Recordset&&) noexcept = default;
 Recordset::Recordset(std::unique_ptr<Source> source) : source_(std::move(source)) {}
 
 void Recordset::Open(const std::string& table, Connection& connection, CursorType, LockType lock) {
-  sqlite3* handle = lock == LockType::kReadOnly ? connection.Reader() : connection.Writer();
-  source_ = MakeTableSource(handle, FileName(connection.path_), table, lock);
+  const std::string file = FileName(connection.path_);
+  source_ = lock == LockType::kReadOnly ? MakeTableView(connection.Reader(), file, table)
+                                        : MakeTableSource(connection.Writer(), file, table);
 }
 
 Recordset::Source& Recordset::Opened() const {
@@ -117,6 +128,9 @@ int Recordset::DeleteRows(int count) {
 std::int64_t Recordset::RecordCount() const {
   return Opened().RecordCount();
 }
+void Recordset::Sort(const std::string& order) {
+  Opened().Sort(order);
+}
 void Recordset::Close() {
   source_.reset();
 }
@@ -139,7 +153,9 @@ void Connection::Close() {
 }
 
 Recordset Connection::Execute(const std::string& select, SelectTime time) {
-  return Recordset(MakeSelectSource(Reader(), FileName(path_), select, time));
+  sqlite3* reader = Reader();
+  SelectLimits* limits = time == SelectTime::kLimited ? &reader_->limits() : nullptr;
+  return Recordset(MakeSelectSource(reader, FileName(path_), select, limits));
 }
 
 bool Connection::BeginWrites() {

@@ -72,8 +72,9 @@ class Connection;
 enum class CursorType { kStatic = 3 };
 enum class LockType { kReadOnly = 1, kOptimistic = 3 };
 
-// How long a select may work inside the engine before it is stopped: 2 s, or as long as it takes
-// for one that holds no text of a request and walks a table of any size.
+// How long a select may work inside the engine before it is stopped: until all such selects of its
+// connection have worked for 2 s, or as long as it takes for one that holds no text of a request
+// and walks a table of any size.
 enum class SelectTime { kLimited, kUnlimited };
 
 class Recordset {
@@ -84,8 +85,9 @@ class Recordset {
   Recordset& operator=(Recordset&&) noexcept;
 
   // Opens a whole table, in its stored order, on a connection that outlives this object.
-  // The rows are those of this moment: one that is added later does not appear, one that
-  // another program deletes meanwhile is passed over.
+  // The rows are those of this moment: one that is added later does not appear. One that
+  // another program deletes meanwhile is passed over where the table was opened for changes; a
+  // walk that only reads is one read of the file, whose log cannot be folded in while it lasts.
   void Open(const std::string& table, Connection& connection, CursorType cursor, LockType lock);
 
   bool Eof() const;
@@ -107,6 +109,11 @@ class Recordset {
 
   // Number of rows of a table opened as a whole.
   std::int64_t RecordCount() const;
+
+  // Puts the rows of a table that was opened read-only in another order, "<column>",
+  // "<column> ASC" or "<column> DESC", and goes to the first one. Equal keys keep stored order,
+  // nulls count as the smallest. DatabaseFailure for any other text.
+  void Sort(const std::string& order);
 
   void Close();
 
@@ -134,8 +141,9 @@ class Connection {
   void Close();
 
   // Runs one select, forward-only and read-only. The text may come from anybody: a
-  // second statement, a write, another file, a pragma and a select that works for more
-  // than its time are refused with a DatabaseFailure, and nothing is changed.
+  // second statement, a write, another file, a pragma, a select that works for more than its
+  // time and one that wants too much memory are refused with a DatabaseFailure, and nothing is
+  // changed.
   Recordset Execute(const std::string& select, SelectTime time = SelectTime::kLimited);
 
   // Lets the rows that recordsets of this connection store from here on go into the file

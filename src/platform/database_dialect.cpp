@@ -13,7 +13,16 @@
 namespace quillon {
 namespace {
 
-constexpr int kValueLimit = 16 * 1024 * 1024;  // bytes of one value, and of a select's text
+// Bytes of one value: as many as a request may become as database text, and few enough for one step
+// of the engine.
+constexpr int kValueLimit = 256 * 1024;
+
+// Bytes of a text from which on it is worth a look at the time.
+constexpr std::size_t kLongText = 1024;
+
+// Steps that one LIKE may take, some 10 ms. A name of two thousand characters is searched for a
+// piece of that length.
+constexpr std::size_t kLikeLimit = 4'000'000;
 
 std::string_view TextOf(sqlite3_value* value) {
   const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(value));
@@ -26,12 +35,21 @@ void ResultText(sqlite3_context* context, std::string_view text) {
   sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
 }
 
+const SelectLimits& LimitsOf(sqlite3_context* context) {
+  return *static_cast<const SelectLimits*>(sqlite3_user_data(context));
+}
+
+bool IsTooLate(const SelectLimits& limits, std::string_view one, std::string_view other) {
+  return one.size() + other.size() > kLongText && limits.StopIfOver();
+}
+
 // Format(date, pattern): a null gives the empty text, a text that is no date itself.
 void FormatFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
   constexpr std::string_view kDayPattern = "YYYY-MM-DD";
   if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return ResultText(context, "");
   const std::string_view stored = TextOf(arguments[0]);
   const std::string_view pattern = TextOf(arguments[1]);
+  if (IsTooLate(LimitsOf(context), stored, pattern)) return;
   const auto moment = ParseDateTime(stored);
   if (!moment) return ResultText(context, stored);
   // The stored form begins with the day: what every list asks for is there already.
@@ -49,29 +67,45 @@ void DeletePattern(void* pattern) {
   delete static_cast<LikePattern*>(pattern);
 }
 
+void MatchResult(sqlite3_context* context, const LikePattern& pattern, std::string_view text) {
+  if (pattern.StepsFor(text.size()) > kLikeLimit) {
+    return sqlite3_result_error(context, "the texts of LIKE are too long", -1);
+  }
+  sqlite3_result_int(context, pattern.Matches(text) ? 1 : 0);
+}
+
 // The pattern of a select is the same for all its rows: it is parsed once and kept by the
 // engine, which may also drop it at once.
 void LikeFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
   const bool isNull = sqlite3_value_type(arguments[0]) == SQLITE_NULL ||
                       sqlite3_value_type(arguments[1]) == SQLITE_NULL;
   if (isNull) return sqlite3_result_null(context);
+  const std::string_view patternText = TextOf(arguments[0]);
   const std::string_view text = TextOf(arguments[1]);
+  if (IsTooLate(LimitsOf(context), patternText, text)) return;
   if (const auto* kept = static_cast<LikePattern*>(sqlite3_get_auxdata(context, 0))) {
-    return sqlite3_result_int(context, kept->Matches(text) ? 1 : 0);
+    return MatchResult(context, *kept, text);
   }
-  auto pattern = std::make_unique<LikePattern>(TextOf(arguments[0]));
-  sqlite3_result_int(context, pattern->Matches(text) ? 1 : 0);
+  auto pattern = std::make_unique<LikePattern>(patternText);
+  MatchResult(context, *pattern, text);
   sqlite3_set_auxdata(context, 0, pattern.release(), DeletePattern);
 }
 
-int NoCaseCollation(void*, int leftSize, const void* left, int rightSize, const void* right) {
-  return CompareFolded({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
-                       {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
+int NoCaseCollation(void* limits, int leftSize, const void* left, int rightSize,
+                    const void* right) {
+  const std::string_view l(static_cast<const char*>(left), static_cast<std::size_t>(leftSize));
+  const std::string_view r(static_cast<const char*>(right), static_cast<std::size_t>(rightSize));
+  if (IsTooLate(*static_cast<const SelectLimits*>(limits), l, r)) return 0;
+  return CompareFolded(l, r);
+}
+
+// A table of which no column is read comes under the name that the select has for it, in any case.
+bool BeginsWith(const char* name, std::string_view beginning) {
+  return sqlite3_strnicmp(name, beginning.data(), static_cast<int>(beginning.size())) == 0;
 }
 
 bool IsOwnTable(const char* name) {
-  const std::string_view table = name == nullptr ? "" : name;
-  return !table.starts_with("sqlite_") && !table.starts_with("pragma_");
+  return name == nullptr || (!BeginsWith(name, "sqlite_") && !BeginsWith(name, "pragma_"));
 }
 
 // The functions of the report selects. Nothing else is needed, and much of what the
@@ -98,18 +132,19 @@ int Authorize(void*, int action, const char* first, const char* second, const ch
 
 }  // namespace
 
-void RegisterDialect(sqlite3* handle) {
+void RegisterDialect(sqlite3* handle, const SelectLimits& limits) {
   LoadFolding();  // with the first handle, and not in the middle of a page
   constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
-  sqlite3_create_function_v2(handle, "format", 2, kFlags, nullptr, FormatFunction, nullptr, nullptr,
+  void* data = const_cast<SelectLimits*>(&limits);  // the engine's interface knows no const
+  sqlite3_create_function_v2(handle, "format", 2, kFlags, data, FormatFunction, nullptr, nullptr,
                              nullptr);
-  sqlite3_create_function_v2(handle, "format", -1, kFlags, nullptr, RefuseFormat, nullptr, nullptr,
+  sqlite3_create_function_v2(handle, "format", -1, kFlags, data, RefuseFormat, nullptr, nullptr,
                              nullptr);
   for (const int arguments : {2, 3}) {
-    sqlite3_create_function_v2(handle, "like", arguments, kFlags, nullptr, LikeFunction, nullptr,
+    sqlite3_create_function_v2(handle, "like", arguments, kFlags, data, LikeFunction, nullptr,
                                nullptr, nullptr);
   }
-  sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, NoCaseCollation, nullptr);
+  sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, data, NoCaseCollation, nullptr);
 }
 
 void GuardReader(sqlite3* handle) {

@@ -1,5 +1,5 @@
 // Where a recordset's rows come from: the part of the database layer behind Recordset. A
-// running select and a table opened as a whole are the two kinds.
+// running select, a table opened to be changed and one opened to be read are the three kinds.
 #pragma once
 
 #include <string>
@@ -25,6 +25,9 @@ class Recordset::Source {
   virtual void Delete() { RefuseChange(); }
   virtual int DeleteRows(int) { RefuseChange(); }
   virtual std::int64_t RecordCount() const { return -1; }  // not known before the last row
+  virtual void Sort(const std::string&) {
+    throw DatabaseFailure(file_ + ": the recordset keeps its order");
+  }
 
  protected:
   [[noreturn]] void RefuseChange() const {

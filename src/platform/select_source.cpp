@@ -1,47 +1,21 @@
-// Running selects, their limit of work, and the sorting of row ids.
+// Running selects, and the sorting of row ids.
 #include "platform/select_source.h"
 
-#include <chrono>
 #include <optional>
+#include <string_view>
 
 #include "platform/sqlite_columns.h"
 
 namespace quillon {
 namespace {
 
-constexpr int kProgressSteps = 1000;  // virtual machine steps between two looks at the time
-constexpr std::chrono::seconds kSelectLimit{2};  // of work, before a select is stopped
+// Rows whose ids are sorted at first. For so few the engine keeps no more than these while it
+// looks through the table.
+constexpr int kFirstRows = 128;
 
-// Stops the engine while it lives, once a select has worked for kSelectLimit.
-class WorkLimit {
- public:
-  using Clock = std::chrono::steady_clock;
-
-  // `worked` is what the select took so far; the time of this object is added to it.
-  WorkLimit(sqlite3* handle, Clock::duration& worked)
-      : handle_(handle), worked_(worked), start_(Clock::now()) {
-    sqlite3_progress_handler(handle, kProgressSteps, IsOver, this);
-  }
-  ~WorkLimit() {
-    sqlite3_progress_handler(handle_, 0, nullptr, nullptr);
-    worked_ += Clock::now() - start_;
-  }
-  WorkLimit(const WorkLimit&) = delete;
-  WorkLimit& operator=(const WorkLimit&) = delete;
-
- private:
-  static int IsOver(void* data) {
-    const auto* limit = static_cast<WorkLimit*>(data);
-    return limit->worked_ + (Clock::now() - limit->start_) > kSelectLimit ? 1 : 0;
-  }
-
-  sqlite3* handle_;
-  Clock::duration& worked_;
-  Clock::time_point start_;
-};
-
-// A select of all columns of one table in the order of one of them, taken apart.
+// A select of columns of one table in the order of one of them, taken apart.
 struct SortedSelect {
+  std::string columns;
   std::string table;
   std::string rest;  // the conditions and the order
 };
@@ -63,29 +37,47 @@ bool IsOneColumn(std::string_view order) {
   return !column.empty() && (rest.empty() || rest == " ASC" || rest == " DESC");
 }
 
-// Takes "SELECT * FROM <table> ... ORDER BY <column>" apart; nothing for any other select.
+// True for "*" and for "<column>, <column>".
+bool IsColumnList(std::string_view columns) {
+  constexpr std::string_view kNext = ", ";
+  if (columns == "*") return true;
+  while (true) {
+    const std::string_view column = LeadingName(columns);
+    if (column.empty()) return false;
+    columns.remove_prefix(column.size());
+    if (columns.empty()) return true;
+    if (!columns.starts_with(kNext)) return false;
+    columns.remove_prefix(kNext.size());
+  }
+}
+
+// Takes "SELECT <columns> FROM <table> ... ORDER BY <column>" apart; nothing for any other select.
 std::optional<SortedSelect> TakeApart(std::string_view select) {
-  constexpr std::string_view kBeginning = "SELECT * FROM ";
+  constexpr std::string_view kSelect = "SELECT ";
+  constexpr std::string_view kFrom = " FROM ";
   constexpr std::string_view kOrder = " ORDER BY ";
+  const std::size_t from = select.find(kFrom);
   const std::size_t order = select.rfind(kOrder);
-  if (!select.starts_with(kBeginning) || order == std::string_view::npos ||
-      !IsOneColumn(select.substr(order + kOrder.size()))) {
+  if (!select.starts_with(kSelect) || from == std::string_view::npos ||
+      order == std::string_view::npos || !IsOneColumn(select.substr(order + kOrder.size()))) {
     return {};
   }
-  select.remove_prefix(kBeginning.size());
+  const std::string_view columns = select.substr(kSelect.size(), from - kSelect.size());
+  select.remove_prefix(from + kFrom.size());
   const std::string_view table = LeadingName(select);
   const std::string_view rest = select.substr(table.size());
-  if (table.empty() || !rest.starts_with(' ')) return {};
-  return SortedSelect{std::string(table), std::string(rest)};
+  if (!IsColumnList(columns) || table.empty() || !rest.starts_with(' ')) return {};
+  return SortedSelect{std::string(columns), std::string(table), std::string(rest)};
 }
 
 class SelectSource : public Recordset::Source {
  public:
-  SelectSource(sqlite3* handle, const std::string& file, const std::string& select, SelectTime time)
+  SelectSource(sqlite3* handle, const std::string& file, const std::string& select,
+               SelectLimits* limits)
       : Source(file),
         handle_(handle),
-        time_(time),
-        statement_(SqliteStatement::PrepareOnly(handle, file, select)),
+        limits_(limits),
+        statement_(Planned(select)),
         columns_(statement_) {
     if (const auto sorted = TakeApart(select)) SortIdsOnly(*sorted);
     Step();
@@ -105,13 +97,13 @@ class SelectSource : public Recordset::Source {
   // Only the time inside the engine counts against the limit, so a walk that pauses
   // between its rows is not cut off.
   void Step() {
-    std::optional<WorkLimit> limit;
-    if (time_ == SelectTime::kLimited) limit.emplace(handle_, worked_);
+    std::optional<SelectLimits::Stretch> stretch;
+    if (limits_ != nullptr) stretch.emplace(*limits_);
     if (!ids_) {
       onRow_ = statement_.Step();
       return;
     }
-    onRow_ = ids_->Step();
+    onRow_ = NextId();
     statement_.Reset();  // also behind the last row: an open read holds the log back
     if (!onRow_) return;
     statement_.Bind(1, ids_->Integer(0));
@@ -124,30 +116,58 @@ class SelectSource : public Recordset::Source {
   // before; where its text is none that can be sorted so, it runs as it is.
   void SortIdsOnly(const SortedSelect& sorted) {
     try {
-      SqliteStatement ids = SqliteStatement::PrepareOnly(
-          handle_, file(), "SELECT rowid FROM " + sorted.table + sorted.rest + ", rowid");
-      statement_ = SqliteStatement::PrepareOnly(
-          handle_, file(), "SELECT * FROM " + sorted.table + " WHERE rowid = ?");
+      selectIds_ = "SELECT rowid FROM " + sorted.table + sorted.rest + ", rowid";
+      SqliteStatement ids = Planned(selectIds_ + " LIMIT " + std::to_string(kFirstRows));
+      statement_ =
+          Planned("SELECT " + sorted.columns + " FROM " + sorted.table + " WHERE rowid = ?");
       ids_ = std::move(ids);
     } catch (const DatabaseFailure&) {
       ids_.reset();
     }
   }
 
+  SqliteStatement Prepare(const std::string& sql) const {
+    return SqliteStatement::PrepareOnly(handle_, file(), sql);
+  }
+
+  // Prepares under the limits, by which planning cannot be stopped: none begins once they are over.
+  SqliteStatement Planned(const std::string& sql) const {
+    if (limits_ == nullptr) return Prepare(sql);
+    const SelectLimits::Stretch stretch(*limits_);
+    if (limits_->IsOver()) throw DatabaseFailure(file() + ": the select took too long");
+    return Prepare(sql);
+  }
+
+  // Behind the first rows come the others, sorted in their turn; seldom does a walk go so far.
+  bool NextId() {
+    if (ids_->Step()) {
+      ++idsTaken_;
+      return true;
+    }
+    if (!onFirstIds_ || idsTaken_ != kFirstRows) return false;
+    onFirstIds_ = false;
+    ids_ = Prepare(selectIds_ + " LIMIT -1 OFFSET " + std::to_string(kFirstRows));
+    return ids_->Step();
+  }
+
   sqlite3* handle_;
-  SelectTime time_;
+  SelectLimits* limits_;
   SqliteStatement statement_;           // the select, or one row by its id
   std::optional<SqliteStatement> ids_;  // the sorted ids, where the select is taken apart
+  std::string selectIds_;
+  bool onFirstIds_ = true;
+  int idsTaken_ = 0;
   SqliteColumns columns_;
   bool onRow_ = false;
-  WorkLimit::Clock::duration worked_{};
 };
 
 }  // namespace
 
 std::unique_ptr<Recordset::Source> MakeSelectSource(sqlite3* handle, const std::string& file,
-                                                    const std::string& select, SelectTime time) {
-  return std::make_unique<SelectSource>(handle, file, select, time);
+                                                    const std::string& select,
+                                                    SelectLimits* limits) {
+  if (CountWords(select) > kMaxWords) throw DatabaseFailure(file + ": the select is too long");
+  return std::make_unique<SelectSource>(handle, file, select, limits);
 }
 
 }  // namespace quillon

@@ -61,11 +61,10 @@ class StoringStatement {
 // for as long as it likes while others write.
 class TableSource : public Recordset::Source {
  public:
-  TableSource(sqlite3* handle, const std::string& file, const std::string& table, LockType lock)
+  TableSource(sqlite3* handle, const std::string& file, const std::string& table)
       : Source(file),
         handle_(handle),
         table_(QuotedName(table)),
-        lock_(lock),
         readRow_(Prepare("SELECT * FROM " + table_ + " WHERE rowid = ?")),
         columns_(readRow_) {
     SqliteStatement ids = Prepare("SELECT rowid FROM " + table_ + " ORDER BY rowid");
@@ -87,14 +86,12 @@ class TableSource : public Recordset::Source {
   }
 
   void SetField(std::string_view name, Value&& value) override {
-    if (lock_ == LockType::kReadOnly) RefuseChange();
     const std::size_t column = Column(name);
     if (!adding_ && !onRow_) FailNoRow();
     changes_.Set(column, std::move(value));
   }
 
   void AddNew() override {
-    if (lock_ == LockType::kReadOnly) RefuseChange();
     changes_.Forget();
     adding_ = true;
   }
@@ -109,7 +106,6 @@ class TableSource : public Recordset::Source {
   }
 
   void Delete() override {
-    if (lock_ == LockType::kReadOnly) RefuseChange();
     if (!onRow_) FailNoRow();
     onRow_ = false;
     DeleteBetween(ids_[position_], ids_[position_]);
@@ -117,7 +113,6 @@ class TableSource : public Recordset::Source {
 
   // In runs of ids without a gap, where no row can stand that was added meanwhile.
   int DeleteRows(int count) override {
-    if (lock_ == LockType::kReadOnly) RefuseChange();
     const std::size_t first = position_;
     const std::size_t end = std::min(ids_.size(), first + static_cast<std::size_t>(count));
     while (position_ < end) {
@@ -225,7 +220,6 @@ class TableSource : public Recordset::Source {
 
   sqlite3* handle_;
   std::string table_;
-  LockType lock_;
   SqliteStatement readRow_;
   SqliteColumns columns_;
   std::vector<std::int64_t> ids_;
@@ -242,8 +236,8 @@ class TableSource : public Recordset::Source {
 }  // namespace
 
 std::unique_ptr<Recordset::Source> MakeTableSource(sqlite3* handle, const std::string& file,
-                                                   const std::string& table, LockType lock) {
-  return std::make_unique<TableSource>(handle, file, table, lock);
+                                                   const std::string& table) {
+  return std::make_unique<TableSource>(handle, file, table);
 }
 
 }  // namespace quillon

@@ -1,4 +1,4 @@
-// The rows of a table opened as a whole.
+// The rows of a table opened as a whole to be changed.
 #pragma once
 
 #include <memory>
@@ -11,6 +11,6 @@ namespace quillon {
 // Opens the table on a handle that outlives the walk. Raises DatabaseFailure where there is
 // no such table.
 std::unique_ptr<Recordset::Source> MakeTableSource(sqlite3* handle, const std::string& file,
-                                                   const std::string& table, LockType lock);
+                                                   const std::string& table);
 
 }  // namespace quillon

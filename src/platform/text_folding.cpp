@@ -33,9 +33,6 @@ char32_t NextCharacter(std::string_view text, std::size_t& position) {
 }
 
 char32_t Fold(char32_t character) {
-  if (character < 0x80) {
-    return character >= U'A' && character <= U'Z' ? character + (U'a' - U'A') : character;
-  }
   const locale_t locale = FoldingLocale();
   if (locale == nullptr) return character;  // no locale, no letters beyond ASCII
   return static_cast<char32_t>(towlower_l(static_cast<wint_t>(character), locale));
@@ -62,11 +59,11 @@ std::string Utf8(char32_t character) {
   return bytes;
 }
 
-char32_t NextFolded(std::string_view text, std::size_t& position) {
+}  // namespace
+
+char32_t NextFoldedBeyondAscii(std::string_view text, std::size_t& position) {
   return Fold(NextCharacter(text, position));
 }
-
-}  // namespace
 
 std::u32string Folded(std::string_view text) {
   std::u32string folded;

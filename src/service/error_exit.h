@@ -10,7 +10,8 @@
 namespace quillon {
 
 // What an event tells of a failure: its description in the charset of the pages, as all
-// lines of the event file are. Descriptions of databases come in UTF-8.
+// lines of the event file are, or the beginning of a long one. Descriptions of databases come in
+// UTF-8.
 std::string FailureText(const Settings& settings, const std::exception& failure);
 
 // Runs `body`; true where it came to its end. A failure in it is reported as an application

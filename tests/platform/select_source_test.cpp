@@ -43,6 +43,34 @@ TEST_F(SortedSelectTest, RowsComeInTheOrderThatTheTextSays) {
   }
 }
 
+// The engine sorts the first 128 ids by themselves, and the others only for a walk that comes to
+// them.
+TEST_F(SortedSelectTest, LongWalkGoesOnInTheSameOrder) {
+  for (const int count : {127, 128, 129, 300}) {
+    Sql("DELETE FROM Samples;");
+    Texts names;
+    Texts expected;
+    for (int number = 1; number <= count; ++number) {
+      names.push_back(std::to_string(1000 + number));
+      expected.push_back(std::to_string(1001 + count - number));
+    }
+    AddNames(names);
+    EXPECT_EQ(Names("SELECT * FROM Samples ORDER BY Id DESC"), expected) << count;
+    EXPECT_EQ(Names("SELECT Id, Name FROM Samples WHERE Id > 0 ORDER BY Id DESC"), expected)
+        << count;
+    EXPECT_EQ(Names("SELECT * FROM Samples ORDER BY Active"), names) << count;
+  }
+}
+
+TEST_F(SortedSelectTest, ColumnsOfAListAreThoseOfTheText) {
+  Recordset rows = connection.Execute("SELECT Name, Figure FROM Samples ORDER BY Name DESC");
+  EXPECT_EQ(rows.Field("Name").AsText(), "e");
+  EXPECT_EQ(rows.Field("Figure").AsText(), "2");
+  EXPECT_EQ(FailureText([&] { rows.Field("Id"); }), "Reports.mdb: no such field: Id");
+  Recordset named = connection.Execute("SELECT Name AS n FROM Samples ORDER BY Name DESC");
+  EXPECT_EQ(named.Field("n").AsText(), "e");
+}
+
 TEST_F(SortedSelectTest, FailureTellsOfTheSelectAsItCame) {
   EXPECT_EQ(FailureText([&] { Names("SELECT * FROM Samples ORDER BY Missing"); }),
             "Reports.mdb: no such column: Missing");

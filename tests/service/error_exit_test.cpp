@@ -25,5 +25,17 @@ TEST(ErrorExit, DescriptionsOfDatabasesComeInTheCharsetOfThePages) {
   EXPECT_EQ(FailureText(house.settings, FileFailure("B\xFCro.htm")), "B\xFCro.htm");
 }
 
+TEST(ErrorExit, LongDescriptionIsCutAfterFiveHundredCharacters) {
+  House house;
+  const std::string whole(500, 'x');
+  EXPECT_EQ(FailureText(house.settings, Failure(whole)), whole);
+  EXPECT_EQ(FailureText(house.settings, Failure(whole + "yz")), whole + "...");
+  house.settings.CharSet = "UTF-8";
+  std::string umlauts;
+  for (int count = 1; count <= 500; ++count) umlauts += "\xC3\xBC";
+  EXPECT_EQ(FailureText(house.settings, DatabaseFailure(umlauts)), umlauts);
+  EXPECT_EQ(FailureText(house.settings, DatabaseFailure(umlauts + "\xC3\xBC")), umlauts + "...");
+}
+
 }  // namespace
 }  // namespace quillon

@@ -11,6 +11,14 @@ std::string StoredPiece(const std::string& name) {
   return ReadFileBytes(TEST_DATA_PATH "/render/" + name);
 }
 
+std::string StoredRow(const std::string& piece, int number) {
+  constexpr std::string_view kRowEnd = "  </tr>\r\n";
+  const std::string rows = StoredPiece(piece);
+  std::size_t start = 0;
+  for (int i = 1; i < number; ++i) start = rows.find(kRowEnd, start) + kRowEnd.size();
+  return rows.substr(start, rows.find(kRowEnd, start) + kRowEnd.size() - start);
+}
+
 std::string StoredPage(const std::string& name) {
   return ReadFileBytes(TEST_DATA_PATH "/pages/" + name);
 }

@@ -10,6 +10,9 @@ namespace quillon {
 // A piece of a page or of the stylesheet, "mail_head.html".
 std::string StoredPiece(const std::string& name);
 
+// One table row of a piece that is made of rows, from 1.
+std::string StoredRow(const std::string& piece, int number);
+
 // The body of a whole page, "port_alone.html".
 std::string StoredPage(const std::string& name);
 
