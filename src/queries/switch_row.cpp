@@ -111,6 +111,22 @@ void FillMetrics(const QueryContext& context, const Recordset& vlan, SwitchTable
              row.outErrorsTot24HF);
 }
 
+void FillNoMetrics(const QueryContext& context, SwitchTableRow& row) {
+  for (std::string* volume : {&row.inHCOctetsMb24H, &row.inHCOctetsMb24HF, &row.outHCOctetsMb24H,
+                              &row.outHCOctetsMb24HF}) {
+    *volume = "0";
+  }
+  const std::string none = DigitPattern(0.0, "### ### ##0");  // its blanks stay here
+  const auto setCount = [&](int unit, std::string& shortForm, std::string& fullForm) {
+    shortForm = none;
+    fullForm = none + " " + context.LangWord(unit);
+  };
+  setCount(kPortPackets.unit, row.inBroadCastPpm24H, row.inBroadCastPpm24HF);
+  setCount(kPortPackets.unit, row.inMultiCastPpm24H, row.inMultiCastPpm24HF);
+  setCount(kPortErrors.unit, row.inErrorsTot24H, row.inErrorsTot24HF);
+  setCount(kPortErrors.unit, row.outErrorsTot24H, row.outErrorsTot24HF);
+}
+
 void LookUpUser(const QueryContext& context, Connection& reports, SwitchTableRow& row) {
   const Recordset mac = reports.Execute(SelectPortMac(row.recNo, row.ifIndex));
   if (mac.Eof()) {

@@ -15,6 +15,9 @@ void FillPort(const QueryContext& context, const Recordset& vlan, SwitchTableRow
 // The twelve metric texts of a port whose statistics are of the report day.
 void FillMetrics(const QueryContext& context, const Recordset& vlan, SwitchTableRow& row);
 
+// The same of a port that has no statistics of that day.
+void FillNoMetrics(const QueryContext& context, SwitchTableRow& row);
+
 // The first address that MAC has for the port; empty addresses and "-" where it has none.
 void LookUpUser(const QueryContext& context, Connection& reports, SwitchTableRow& row);
 

@@ -6,8 +6,8 @@
 #include <algorithm>
 
 #include "platform/database.h"
+#include "queries/report_table.h"
 #include "queries/switch_row.h"
-#include "service/debug_dump.h"
 #include "service/error_exit.h"
 #include "service/report_day.h"
 
@@ -55,10 +55,6 @@ void SetHeads(const QueryContext& context, std::string_view field, bool isTrunk,
   record.TableReport = context.LangWord(isTrunk ? kTrunkReport : kAccessReport);
 }
 
-std::string Criteria(std::int32_t total, int shown) {
-  return fmt::format("{} ({})", std::min(total, shown), total);
-}
-
 void FillList(const QueryContext& context, Connection& reports, const std::string& select,
               SwitchTableRecord& record) {
   Recordset list = reports.Execute(select);
@@ -86,18 +82,12 @@ void FillUsers(const QueryContext& context, Connection& reports, bool isTrunk,
 
 void WriteDump(const QueryContext& context, std::int64_t startTick, std::string_view field,
                bool isTrunk, const SwitchTableRecord& record) {
-  DebugDump dump(context.settings, "\\Debug\\WebSqlTop10.txt");
+  DebugDump dump(context.settings, kTop10Dump);
   dump.ExecTime(context.clock.TickMs() - startTick);
   dump.Field("Top10 Field", field);
   dump.Field("Trunk", Word(isTrunk));
-  dump.Field("TableHead", record.TableHead);
-  dump.Field("TableReport", record.TableReport);
-  dump.Field("TableCriteria", record.TableCriteria);
-  dump.Field("ReportStart", context.period.ReportStart);
-  dump.Field("ReportEnd", context.period.ReportEnd);
-  dump.Row(SwitchRowHead() + "\t");  // the head ends in a tab here, the values do not
-  for (const SwitchTableRow& row : record.rows) dump.Row(SwitchRowValues(row));
-  dump.Row("");
+  // The head ends in a tab here, the values do not.
+  DumpTable(context, record, SwitchRowHead() + "\t", SwitchRowValues, dump);
   dump.Write();
 }
 
@@ -114,7 +104,7 @@ void SqlTop10SwitchStats(QueryContext& context, ConnectionId slot, std::string_v
 
     const std::string day = DayText(ReportDay(context.settings, context.clock));
     const std::int32_t total = reports.Execute(SelectCount(day, isTrunk)).Field("total").AsLong();
-    record.TableCriteria = Criteria(total, record.rows.kSize);
+    record.TableCriteria = CriteriaText(std::min(total, record.rows.kSize), total);
     FillList(context, reports, SelectList(day, isTrunk, field), record);
     FillUsers(context, reports, isTrunk, record);
     reports.Close();

@@ -21,4 +21,19 @@ inline std::string DashFields(int series) {
   return fields;
 }
 
+// The names of the fields of a switch port, and the values of rows that no report has filled
+// yet: 25 of them, of which two are numbers.
+inline const std::string kSwitchRowNames =
+    "recNo\tdevice\tipAddr\tvlanID\tifIndex\tifDescr\tifSpeed\tifAlias\tifAdmin\tifOper\t"
+    "inHCOctetsMb24H\tinHCOctetsMb24HF\toutHCOctetsMb24H\toutHCOctetsMb24HF\t"
+    "inBroadCastPpm24H\tinBroadCastPpm24HF\tinMultiCastPpm24H\tinMultiCastPpm24HF\t"
+    "inErrorsTot24H\tinErrorsTot24HF\toutErrorsTot24H\toutErrorsTot24HF\t"
+    "userMacAddr\tuserIpAddr\tuserLastSeen";
+
+inline std::string EmptySwitchRows(int count) {
+  std::string rows;
+  for (int i = 0; i < count; ++i) rows += "0\t\t\t\t0" + std::string(20, '\t') + "\r\n";
+  return rows;
+}
+
 }  // namespace quillon

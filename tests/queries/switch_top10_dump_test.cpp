@@ -1,20 +1,14 @@
 // The debug dump of the query of the ten worst switch ports, byte for byte.
 #include <filesystem>
 
+#include "queries/dump_lines.h"
 #include "queries/switch_top10_fixture.h"
 
 namespace quillon {
 namespace {
 
-const std::string kNames =
-    "recNo\tdevice\tipAddr\tvlanID\tifIndex\tifDescr\tifSpeed\tifAlias\tifAdmin\tifOper\t"
-    "inHCOctetsMb24H\tinHCOctetsMb24HF\toutHCOctetsMb24H\toutHCOctetsMb24HF\t"
-    "inBroadCastPpm24H\tinBroadCastPpm24HF\tinMultiCastPpm24H\tinMultiCastPpm24HF\t"
-    "inErrorsTot24H\tinErrorsTot24HF\toutErrorsTot24H\toutErrorsTot24HF\t"
-    "userMacAddr\tuserIpAddr\tuserLastSeen\t\r\n";
-
-// A row that no report has filled yet: 25 values, of which two are numbers.
-const std::string kEmptyRow = "0\t\t\t\t0" + std::string(20, '\t') + "\r\n";
+// The names end in a tab here, and in this dump alone.
+const std::string kNames = kSwitchRowNames + "\t\r\n";
 
 class SwitchTop10DumpTest : public SwitchTop10Test {
  protected:
@@ -25,12 +19,6 @@ class SwitchTop10DumpTest : public SwitchTop10Test {
   }
 
   std::string Dump() const { return house.installation.Read("Debug/WebSqlTop10.txt"); }
-
-  static std::string EmptyRows(int count) {
-    std::string rows;
-    for (int i = 0; i < count; ++i) rows += kEmptyRow;
-    return rows;
-  }
 };
 
 TEST_F(SwitchTop10DumpTest, HoldsTheHeadAndTenRowsByteForByte) {
@@ -50,7 +38,7 @@ TEST_F(SwitchTop10DumpTest, HoldsTheHeadAndTenRowsByteForByte) {
                 "7\tCore\t10.0.0.7\t12\t9\tGi0/1\t1000000000\tUplink\tup\tdown\t"
                 "5 M\t5 M\t4 M\t4 M\t3\t3 W39\t2\t2 W39\t1 441\t1 441 W38  (1 W39)\t0\t0 W38\t"
                 "02 00 00 00 00 99\t10.0.0.99\t2024-04-01\r\n" +
-                EmptyRows(9) + "\r\n");
+                EmptySwitchRows(9) + "\r\n");
   ExpectNoEvent();
 }
 
@@ -65,7 +53,7 @@ TEST_F(SwitchTop10DumpTest, OfTrunkPortsWithoutARowShowsTenEmptyOnes) {
             "TableCriteria=0 (0)\r\n"
             "ReportStart=2024-05-01&nbsp;&nbsp03:00\r\n"
             "ReportEnd=2024-05-02&nbsp;&nbsp03:00\r\n" +
-                kNames + EmptyRows(10) + "\r\n");
+                kNames + EmptySwitchRows(10) + "\r\n");
 }
 
 TEST_F(SwitchTop10DumpTest, IsAppendedToTheOneBefore) {

@@ -7,48 +7,8 @@
 namespace quillon {
 namespace {
 
-constexpr const char* kBefore = "of an earlier report";
-
-// A column of VLAN and what it fills, in the order in which a row is filled.
-struct FilledColumn {
-  std::string column;
-  std::vector<std::string SwitchTableRow::*> texts;
-};
-
-const std::vector<FilledColumn>& ColumnsInOrder() {
-  using Row = SwitchTableRow;
-  static const std::vector<FilledColumn> columns = {
-      {"DevName", {&Row::device}},
-      {"IpAddr", {&Row::ipAddr}},
-      {"IfDescr", {&Row::ifDescr}},
-      {"IfSpeed", {&Row::ifSpeed}},
-      {"IfAlias", {&Row::ifAlias}},
-      {"IfAdmin", {&Row::ifAdmin}},
-      {"IfOper", {&Row::ifOper}},
-      {"VlanID", {&Row::vlanID}},
-      {"InHCOctetsMb24H", {&Row::inHCOctetsMb24H, &Row::inHCOctetsMb24HF}},
-      {"OutHCOctetsMb24H", {&Row::outHCOctetsMb24H, &Row::outHCOctetsMb24HF}},
-      {"InBroadCastPpm24H", {&Row::inBroadCastPpm24H, &Row::inBroadCastPpm24HF}},
-      {"InMultiCastPpm24H", {&Row::inMultiCastPpm24H, &Row::inMultiCastPpm24HF}},
-      {"InErrorsTot24H", {&Row::inErrorsTot24H, &Row::inErrorsTot24HF}},
-      {"OutErrorsTot24H", {&Row::outErrorsTot24H, &Row::outErrorsTot24HF}},
-  };
-  return columns;
-}
-
 class SwitchTop10FailureTest : public SwitchTop10Test {
  protected:
-  // The record as an earlier report left it.
-  void FillRecord() {
-    Record().TableHead = Record().TableReport = Record().TableCriteria = kBefore;
-    for (SwitchTableRow& row : Record().rows) {
-      for (const FilledColumn& filled : ColumnsInOrder()) {
-        for (const auto text : filled.texts) row.*text = kBefore;
-      }
-      row.userMacAddr = row.userIpAddr = row.userLastSeen = kBefore;
-    }
-  }
-
   // Queries two ports of which the second one has the value in the column. The event file
   // starts empty, so that each case has its own events.
   void QueryWithSecondPort(const std::string& column, const std::string& value) {
@@ -68,12 +28,7 @@ TEST_F(SwitchTop10FailureTest, NullEndsTheFillAtItsField) {
     SCOPED_TRACE(broken.column);
     QueryWithSecondPort(broken.column, "NULL");
     ExpectFailure(broken.column);
-    const SwitchTableRow& row = Record().rows[2];
-    bool filled = true;
-    for (const FilledColumn& each : ColumnsInOrder()) {
-      if (each.column == broken.column) filled = false;
-      for (const auto text : each.texts) EXPECT_EQ(row.*text != kBefore, filled) << each.column;
-    }
+    ExpectFilledUpTo(Record().rows[2], broken.column);
     EXPECT_EQ(RecNos(), (std::vector<int>{1, 2}));
   }
 }
@@ -132,8 +87,7 @@ TEST_F(SwitchTop10FailureTest, NullInAnAddressEndsTheLookUps) {
     AddAddress(1, 1, row.address);
     const SwitchTableRow& port = Query().rows[1];
     ExpectFailure(row.column);
-    EXPECT_EQ((Lines{port.userMacAddr, port.userIpAddr, port.userLastSeen}), row.texts)
-        << row.column;
+    EXPECT_EQ(User(port), row.texts) << row.column;
     EXPECT_EQ(port.device, "Core") << row.column;
     EXPECT_EQ(Record().rows[2].userLastSeen, kBefore) << row.column;
   }
