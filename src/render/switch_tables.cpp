@@ -4,6 +4,7 @@
 
 #include "render/page_text.h"
 #include "render/report_band.h"
+#include "render/table_parts.h"
 #include "service/error_exit.h"
 
 namespace quillon {
@@ -33,18 +34,7 @@ constexpr Metric kMetrics[] = {
     {"outerrors", 27, &SwitchTableRow::outErrorsTot24H, &SwitchTableRow::outErrorsTot24HF},
 };
 
-// The last column has no rule at its right.
-std::string_view CellStyle(const Metric& metric) {
-  return &metric == std::end(kMetrics) - 1 ? " style='border-right:0px'" : "";
-}
-
-// The opening of the table and the heads of its first two columns.
-void TableHeadBegin(const RenderContext& context, std::string& pageHtml) {
-  Line(pageHtml, "<table width='790px' class='tableData'>");
-  Line(pageHtml, "  <tr>");
-  Line(pageHtml, "    <th width='150px' style='text-align:left'>", context.LangWord(15), "</th>");
-  Line(pageHtml, "    <th width='130px' style='text-align:left'>", context.LangWord(16), "</th>");
-}
+constexpr int kPortHead = 16;  // of the language file
 
 void PopupRow(std::string& pageHtml, std::string_view word, std::string_view value) {
   Line(pageHtml, "    <div class='div-table-row'>");
@@ -89,7 +79,7 @@ void PortCell(const SwitchTableRow& row, int rowNumber, std::string& pageHtml) {
 
 void PortRow(const RenderContext& context, const SwitchTableRow& row, int rowNumber,
              std::string_view pageName, std::string& pageHtml) {
-  const std::string_view rowClass = rowNumber % 2 == 1 ? "tableDataOdd" : "tableDataEven";
+  const std::string_view rowClass = RowClass(rowNumber);
   Line(pageHtml, "  <tr class='", rowClass, "' onMouseOver=", QuoteChar,
        "this.className='tableDataActive'", QuoteChar, " onMouseOut=", QuoteChar, "this.className='",
        rowClass, "'", QuoteChar, ">");
@@ -99,7 +89,8 @@ void PortRow(const RenderContext& context, const SwitchTableRow& row, int rowNum
   PortCell(row, rowNumber, pageHtml);
   PortPopup(context, row, rowNumber, pageHtml);
   for (const Metric& metric : kMetrics) {
-    Line(pageHtml, "    <td width='85px'", CellStyle(metric), ">", row.*metric.shortForm, "</td>");
+    Line(pageHtml, "    <td width='85px'", CellStyle(IsLast(kMetrics, metric)), ">",
+         row.*metric.shortForm, "</td>");
   }
   Line(pageHtml, "  </tr>");
 }
@@ -112,8 +103,7 @@ void PortRows(const RenderContext& context, ConnectionId slot, std::string_view 
     if (rows[rowNumber].recNo == 0) continue;
     PortRow(context, rows[rowNumber], rowNumber, pageName, pageHtml);
   }
-  Line(pageHtml, "</table>");
-  Line(pageHtml, "<br>");
+  TableEnd(pageHtml);
 }
 
 }  // namespace
@@ -128,10 +118,11 @@ void TableHeader_Switch(const RenderContext& context, ConnectionId slot, std::st
 void TableData_Switch(const RenderContext& context, ConnectionId slot, std::string_view portKind,
                       std::string_view pageName, std::string& pageHtml) {
   ErrorExit(context.diagnostics, kModule, "TableData_Switch", [&] {
-    TableHeadBegin(context, pageHtml);
+    TableHeadBegin(context, kPortHead, pageHtml);
     for (const Metric& metric : kMetrics) {
-      Line(pageHtml, "    <th width='85px'", CellStyle(metric), "><a href='switch-", portKind,
-           "-port-top10-", metric.name, ".htm'>", context.LangWord(metric.word), "</th>");
+      Line(pageHtml, "    <th width='85px'", CellStyle(IsLast(kMetrics, metric)),
+           "><a href='switch-", portKind, "-port-top10-", metric.name, ".htm'>",
+           context.LangWord(metric.word), "</th>");
     }
     Line(pageHtml, "  </tr>");
     PortRows(context, slot, pageName, pageHtml);
@@ -141,10 +132,9 @@ void TableData_Switch(const RenderContext& context, ConnectionId slot, std::stri
 void TableDataSwitch_Search(const RenderContext& context, ConnectionId slot,
                             std::string_view pageName, std::string& pageHtml) {
   ErrorExit(context.diagnostics, kModule, "TableDataSwitch_Search", [&] {
-    TableHeadBegin(context, pageHtml);
+    TableHeadBegin(context, kPortHead, pageHtml);
     for (const Metric& metric : kMetrics) {
-      Line(pageHtml, "    <th width='85px'", CellStyle(metric), ">", context.LangWord(metric.word),
-           "</th>");
+      PlainHead(context.LangWord(metric.word), IsLast(kMetrics, metric), pageHtml);
     }
     Line(pageHtml, "  </tr>");
     PortRows(context, slot, pageName, pageHtml);
