@@ -6,9 +6,10 @@
 #include "platform/number_text.h"
 #include "service/error_exit.h"
 #include "web/connection_log.h"
+#include "web/device_shortcut.h"
+#include "web/empty_tables.h"
 #include "web/route_table.h"
 #include "web/text_search.h"
-#include "web/top10_routes.h"
 
 namespace quillon {
 namespace {
@@ -53,6 +54,8 @@ void Respond(WebContext& context, Request& request) {
 
 void HandleRequest(WebContext& context, Request& request) {
   EmptyTables(context.records, request.id);
+  request.httpQuery = FirstLine(request.Text);
+  TakeDeviceShortcut(context, request);
   request.httpQuery = FirstLine(request.Text);
   TakeCacheFile(request.httpQuery, "switch", request.cacheFile);
   TakeCacheFile(request.httpQuery, "disk-", request.cacheFile);

@@ -4,6 +4,7 @@
 #include "render/page_frame.h"
 #include "web/chart_routes.h"
 #include "web/http_header.h"
+#include "web/search_routes.h"
 #include "web/static_routes.h"
 #include "web/summary_route.h"
 #include "web/text_search.h"
@@ -20,10 +21,6 @@ struct Route {
   void (*run)(WebContext& context, Request& request);
 };
 
-// A report that this build does not hold: nothing is sent, as for a page that nobody
-// has made yet.
-void GiveUp(WebContext&, Request&) {}
-
 // The order is meaning: the first hit ends the search, and a chart's URL holds the name
 // of the table that it belongs to, so the charts stand in front.
 constexpr Route kRoutes[] = {
@@ -32,12 +29,12 @@ constexpr Route kRoutes[] = {
     {"-port-summary", Where::kHttpQuery, RouteSwitchSummary},
     {"switch-access-port-top10", Where::kHttpQuery, RouteSwitchTop10Access},
     {"switch-trunk-port-top10", Where::kHttpQuery, RouteSwitchTop10Trunk},
-    {"GET /select?report=search-device-port-name", Where::kText, GiveUp},
-    {"GET /select?report=search-device-port-alias", Where::kText, GiveUp},
-    {"GET /select?report=search-mac-ip", Where::kText, GiveUp},
-    {"POST /search-mac-ip", Where::kText, GiveUp},
-    {"POST /search-device-port-name", Where::kText, GiveUp},
-    {"POST /search-device-port-alias", Where::kText, GiveUp},
+    {"GET /select?report=search-device-port-name", Where::kText, RoutePortNameForm},
+    {"GET /select?report=search-device-port-alias", Where::kText, RoutePortAliasForm},
+    {"GET /select?report=search-mac-ip", Where::kText, RouteMacIpForm},
+    {"POST /search-mac-ip", Where::kText, RouteMacIpSearch},
+    {"POST /search-device-port-name", Where::kText, RoutePortNameSearch},
+    {"POST /search-device-port-alias", Where::kText, RoutePortAliasSearch},
     {"histdisk45-", Where::kHttpQuery, RouteDiskChart},
     {"histdisksearch45-", Where::kHttpQuery, RouteDiskChartOfSearch},
     {"disk-physical-top10", Where::kHttpQuery, RouteCachedPage},
@@ -45,8 +42,8 @@ constexpr Route kRoutes[] = {
     {"disk-windows-top10", Where::kHttpQuery, RouteCachedPage},
     {"disk-unix-top10", Where::kHttpQuery, RouteCachedPage},
     {"disk-mem-summary", Where::kHttpQuery, RouteCachedPage},
-    {"GET /select?report=search-device-disk", Where::kText, GiveUp},
-    {"POST /search-device-disk", Where::kText, GiveUp},
+    {"GET /select?report=search-device-disk", Where::kText, RouteDiskForm},
+    {"POST /search-device-disk", Where::kText, RouteDiskSearch},
     {"GET /qws.css", Where::kText, RouteStylesheet},
     {"GET /favicon.ico", Where::kText, RouteFavIcon},
 };

@@ -65,11 +65,6 @@ void RouteSwitchTop10(WebContext& context, const PortKind& kind, Request& reques
 
 }  // namespace
 
-void EmptyTables(ReportRecords& records, ConnectionId slot) {
-  for (SwitchTableRow& row : records.SwitchTableRep[slot].rows) row.recNo = 0;
-  for (DiskTableRow& row : records.DiskTableRep[slot].rows) row.recNo = 0;
-}
-
 void RouteSwitchTop10Access(WebContext& context, Request& request) {
   RouteSwitchTop10(context, kAccess, request);
 }

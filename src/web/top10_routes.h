@@ -7,10 +7,6 @@
 
 namespace quillon {
 
-// Empties the slot's tables: a row whose recNo stays 0 is not printed. The first step of
-// every request.
-void EmptyTables(ReportRecords& records, ConnectionId slot);
-
 void RouteSwitchTop10Access(WebContext& context, Request& request);
 void RouteSwitchTop10Trunk(WebContext& context, Request& request);
 

@@ -20,13 +20,28 @@ class RouteTable : public testing::Test {
     site.installation.Write("WebReports/qws.css", "stylesheet");
     for (const char* name :
          {"disk-physical-top10-x.htm", "disk-virtual-top10-x.htm", "disk-windows-top10-x.htm",
-          "disk-unix-top10-x.htm", "disk-mem-summary.htm"}) {
+          "disk-unix-top10-x.htm", "disk-mem-summary.htm", "switch-access-port-summary.htm"}) {
       site.installation.Write(std::string("WebReports/Cache/") + name, name);
     }
   }
 
-  // What the answer to a request is: "default", "css", "icon", "access", "trunk", the
-  // name of a stored page, or "nothing".
+  struct Search {
+    const char* words;   // of its form and of its post
+    const char* form;    // what its empty form is called here
+    const char* result;  // the file that keeps what it finds
+    int width;           // of the selector on its form
+  };
+  static constexpr Search kSearches[] = {
+      {"search-device-port-name", "name form", "switch-device-port-name-1.htm", 270},
+      {"search-device-port-alias", "alias form", "switch-device-port-alias-1.htm", 270},
+      {"search-mac-ip", "mac form", "switch-mac-ip-1.htm", 270},
+      {"search-device-disk", "disk form", "disk-search-1.htm", 250}};
+  // The fields of all searches; on the network of these tests they find nothing.
+  static inline const std::string kFields =
+      "\r\nMacIpName=x\r\nDeviceName=x\r\nPortName=x\r\nDiskName=x\r\nOrderBy=usedpercent-desc\r\n";
+
+  // What the answer to a request is: "default", "css", "icon", "access", "trunk", "mac form", the
+  // name of a stored page, also of one that the request has stored, or "nothing".
   std::string Answer(const std::string& request) {
     const auto client = site.Connect();
     const std::string response = site.Exchange(*client, request);
@@ -41,9 +56,32 @@ class RouteTable : public testing::Test {
     if (response == Response("image/x-icon", "icon")) return "icon";
     if (response.find("<td width='190px'>access list</td>") != std::string::npos) return "access";
     if (response.find("<td width='190px'>trunk list</td>") != std::string::npos) return "trunk";
+    for (const Search& search : kSearches) {
+      if (IsForm(response, search)) return search.form;
+      if (IsStoredResult(response, search)) return search.result;
+    }
     const std::string page = Site::Body(response);
     const std::string name = page.substr(0, page.find(".htm") + 4);
     return response == ClosedResponse(site.render, name) ? name : "something else: " + response;
+  }
+
+  bool IsForm(const std::string& response, const Search& search) const {
+    std::string begin;
+    TopHeader_Begin(site.render, search.width, search.words, begin);
+    std::string end = "<br>\r\n";
+    Page_End(site.render, end);
+    const std::string page = Site::Body(response);
+    return page.starts_with(begin) && page.ends_with(end) &&
+           page.find("class='tableData'") == std::string::npos;
+  }
+
+  // Forgets the result, so that the next request is not taken for its search.
+  bool IsStoredResult(const std::string& response, const Search& search) const {
+    const std::string stored =
+        site.installation.Read(std::string("WebReports/Cache/") + search.result);
+    if (stored.empty() || response != ClosedResponse(site.render, stored)) return false;
+    ForgetPage(search.result);
+    return true;
   }
 
   // The answer to a GET of the URL with a header line.
@@ -223,13 +261,84 @@ TEST_F(RouteTable, ASwitchListOfTheSelectionBoxIsTheListOfItsUrl) {
   }
 }
 
-TEST_F(RouteTable, ReportsStillToComeSendNothingAtAll) {
-  for (const char* firstLine :
-       {"GET /select?report=search-device-port-name", "GET /select?report=search-device-port-alias",
-        "GET /select?report=search-mac-ip", "POST /search-mac-ip", "POST /search-device-port-name",
-        "POST /search-device-port-alias", "GET /select?report=search-device-disk",
-        "POST /search-device-disk"}) {
-    EXPECT_EQ(Answer(std::string(firstLine) + " HTTP/1.1\r\n\r\n"), "nothing") << firstLine;
+TEST_F(RouteTable, ASearchIsChosenByItsWordsInTheWholeText) {
+  for (const auto& search : kSearches) {
+    const std::string form = std::string("GET /select?report=") + search.words;
+    const std::string post = std::string("POST /") + search.words;
+    for (const char* before : {"", "GET /unknown HTTP/1.1\r\nX: ", "\r\n", "x"}) {
+      EXPECT_EQ(Answer(before + form + kFields), search.form) << before << form;
+      EXPECT_EQ(Answer(before + post + kFields), search.result) << before << post;
+    }
+    for (const char* behind : {" HTTP/1.1", "", "&x=1 HTTP/1.1", ".htm", "x", "/"}) {
+      EXPECT_EQ(Answer(form + behind + kFields), search.form) << form << behind;
+      EXPECT_EQ(Answer(post + behind + kFields), search.result) << post << behind;
+    }
+  }
+}
+
+TEST_F(RouteTable, OtherSpellingsOfASearchGetTheDefaultPage) {
+  for (const auto& search : kSearches) {
+    const std::string words = search.words;
+    for (const std::string& line :
+         {"GET /" + words, "POST /select?report=" + words, "HEAD /select?report=" + words,
+          "get /select?report=" + words, "GET  /select?report=" + words,
+          "GET /select?x=1&report=" + words, "GET /any/select?report=" + words,
+          "GET /select?Report=" + words, "GET /select?report=" + words.substr(0, words.size() - 1),
+          "PUT /" + words, "post /" + words, "POST  /" + words, "POST /any/" + words,
+          "POST http://host/" + words, "POST /S" + words.substr(1),
+          "POST /" + words.substr(0, words.size() - 1)}) {
+      EXPECT_EQ(Answer(line + " HTTP/1.1" + kFields), "default") << line;
+    }
+  }
+}
+
+TEST_F(RouteTable, SearchesHaveTheirPlaceAmongTheOtherReports) {
+  const std::string nameForm = "GET /select?report=search-device-port-name";
+  const std::string aliasForm = "GET /select?report=search-device-port-alias";
+  const std::string macForm = "GET /select?report=search-mac-ip";
+  const std::string macPost = "POST /search-mac-ip";
+  const std::string namePost = "POST /search-device-port-name";
+  const std::string aliasPost = "POST /search-device-port-alias";
+  const std::string diskForm = "GET /select?report=search-device-disk";
+  const std::string diskPost = "POST /search-device-disk";
+  const struct {
+    std::string firstLine;
+    std::string other;
+    std::string answer;
+  } kCases[] = {
+      {"GET /hist45-1.htm", namePost, "nothing"},
+      {"GET /hist45d-switch-access-port-summary.htm", macPost, "switch-access-port-summary.htm"},
+      {"GET /switch-access-port-top10-a", nameForm, "access"},
+      {"GET /switch-trunk-port-top10-a", nameForm, "trunk"},
+      {aliasForm, nameForm, "name form"},
+      {macForm, aliasForm, "alias form"},
+      {macPost, macForm, "mac form"},
+      {namePost, macPost, "switch-mac-ip-1.htm"},
+      {aliasPost, namePost, "switch-device-port-name-1.htm"},
+      {"GET /histdisk45-1-C_-disk-mem-summary.htm", aliasPost, "switch-device-port-alias-1.htm"},
+      {"GET /histdisksearch45-1.htm", aliasPost, "switch-device-port-alias-1.htm"},
+      {"GET /disk-physical-top10-x.htm", macForm, "mac form"},
+      {"GET /disk-mem-summary.htm", macPost, "switch-mac-ip-1.htm"},
+      {"GET /histdisk45-1.htm", diskForm, "nothing"},
+      {"GET /histdisksearch45-1.htm", diskPost, "nothing"},
+      {"GET /disk-unix-top10-x.htm", diskForm, "disk-unix-top10-x.htm"},
+      {"GET /disk-mem-summary.htm", diskPost, "disk-mem-summary.htm"},
+      {diskPost, namePost, "switch-device-port-name-1.htm"},
+      {diskPost, diskForm, "disk form"},
+      {"GET /qws.css", diskPost, "disk-search-1.htm"},
+      {"GET /favicon.ico", diskForm, "disk form"},
+  };
+  for (const auto& row : kCases) {
+    for (const char* between : {" HTTP/1.1\r\nX: ", " HTTP/1.1\r\nHost: test\r\n\r\n"}) {
+      const std::string request = row.firstLine + between + row.other + kFields;
+      EXPECT_EQ(Answer(request), row.answer) << request;
+    }
+  }
+}
+
+TEST_F(RouteTable, TheSelectionBoxReachesTheFormsOfTheSearches) {
+  for (const auto& search : kSearches) {
+    EXPECT_EQ(Get(std::string("/select?report=") + search.words), search.form);
   }
 }
 
