@@ -3,3 +3,5 @@
 
 import './site.test.mjs';
 import './charts.test.mjs';
+import './searches.test.mjs';
+import './disk_search.test.mjs';

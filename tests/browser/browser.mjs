@@ -25,6 +25,7 @@ export const portKinds = [
 export const reportBox = 'select[name=report]';
 export const table = 'table.tableData';
 export const dataRows = `${table} tr[class]`;
+export const bandReport = 'table.repHeader2 >> nth=0 >> tr >> nth=0 >> td >> nth=1';
 export const bandTitle = 'table.repHeader > tbody > tr > td:nth-child(2)';
 
 export let page;

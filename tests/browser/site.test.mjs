@@ -5,6 +5,7 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
   address,
+  bandReport,
   bandTitle,
   bytesOf,
   dataRows,
@@ -40,8 +41,6 @@ const nonAsciiAliases = [
   'Smørrebrød bar',
   'Öffnungszeiten-Anzeige',
 ];
-
-const bandReport = 'table.repHeader2 >> nth=0 >> tr >> nth=0 >> td >> nth=1';
 
 async function assertShowsList(kind, metric) {
   assert.equal(await page.locator(bandReport).innerText(), kind.report);
