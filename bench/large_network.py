@@ -33,6 +33,22 @@ def make_reports(name: str, ports: int) -> Path:
     return directory
 
 
+def make_addresses(name: str, addresses: int, ports: int) -> Path:
+    """With ports and many addresses seen on each."""
+    directory = make_reports(name, ports)
+    fill(directory / "Reports.mdb", "fill_addresses.sql", addresses=addresses, ports=ports)
+    return directory
+
+
+def make_storages(name: str, storages: int) -> Path:
+    """With the day table of yesterday's storages, which is the one that searches look into."""
+    directory = new_databases(name)
+    fill(directory / "Reports.mdb", "fill_import.sql", storages=storages)
+    fill(directory / "History.mdb", "fill_storage_day.sql")
+    fill(directory / "History.mdb", "fill_days.sql", newest=1)
+    return directory
+
+
 def make_night(name: str, ports: int, storages: int) -> Path:
     """With ports, storages and the history of daily imports: today's is the next one."""
     directory = make_reports(name, ports)

@@ -17,6 +17,7 @@ import daily_import
 import events
 import idle
 import pieces
+import searches
 import uncached_top10
 from figures import MeasureError, Options, table
 
@@ -24,6 +25,7 @@ from figures import MeasureError, Options, table
 BENCHMARKS = {
     "cached_page": cached_page.measure,
     "uncached_top10": uncached_top10.measure,
+    "searches": searches.measure,
     "charts": charts.measure,
     "daily_import": daily_import.measure,
     "idle": idle.measure,
