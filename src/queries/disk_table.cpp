@@ -10,12 +10,6 @@
 namespace quillon {
 namespace {
 
-constexpr DiskSort kSorts[] = {
-    {"totalbytes", "TotalM", 56, 57}, {"freebytes", "FreeM", 58, 59},
-    {"usedbytes", "UsedM", 60, 61},   {"usedpercent", "UsedProc", 62, 63},
-    {"trend14d", "Trend14d", 64, 65}, {"trend30d", "Trend30d", 66, 67},
-};
-
 std::string VolumeField(const QueryContext& context, const Recordset& disk, std::string_view name) {
   std::string text = PageField(context, disk, name);
   ConvHCBytes(context.diagnostics, text, true);
@@ -50,14 +44,14 @@ std::optional<std::string> FindDiskTable(const QueryContext& context, Connection
 }
 
 const DiskSort* DiskSortByWord(std::string_view word) {
-  for (const DiskSort& sort : kSorts) {
+  for (const DiskSort& sort : kDiskSorts) {
     if (sort.word == word) return &sort;
   }
   return nullptr;
 }
 
 const DiskSort* DiskSortByColumn(std::string_view column) {
-  for (const DiskSort& sort : kSorts) {
+  for (const DiskSort& sort : kDiskSorts) {
     if (sort.column == column) return &sort;
   }
   return nullptr;

@@ -24,6 +24,13 @@ struct DiskSort {
   int otherWord;
 };
 
+// All of them, in the order of the columns.
+inline constexpr DiskSort kDiskSorts[] = {
+    {"totalbytes", "TotalM", 56, 57}, {"freebytes", "FreeM", 58, 59},
+    {"usedbytes", "UsedM", 60, 61},   {"usedpercent", "UsedProc", 62, 63},
+    {"trend14d", "Trend14d", 64, 65}, {"trend30d", "Trend30d", 66, 67},
+};
+
 // By its word, by its column; null where there is none.
 const DiskSort* DiskSortByWord(std::string_view word);
 const DiskSort* DiskSortByColumn(std::string_view column);

@@ -106,7 +106,7 @@ void SqlSearchMacIp(QueryContext& context, ConnectionId slot, std::string& value
     const std::string_view column = TakeForm(value);
 
     const std::string addresses =
-        fmt::format(" FROM MAC WHERE {} LIKE '{}'", column, LikeText(context, value));
+        fmt::format(" FROM MAC WHERE {} LIKE '{}'", column, LikeTextOfSearch(context, value));
     const std::int32_t total =
         reports.Execute("SELECT Count(MacAddr) as total" + addresses).Field("total").AsLong();
     record.TableCriteria = std::to_string(total);

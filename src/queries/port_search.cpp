@@ -37,7 +37,8 @@ int FillList(const QueryContext& context, Connection& reports, const std::string
 }  // namespace
 
 void SqlSearchDevicePort(QueryContext& context, ConnectionId slot, std::string& devPattern,
-                         std::string& portPattern, std::string_view portColumn) {
+                         std::string& portPattern, std::string_view portColumn,
+                         PatternSource source) {
   ErrorExit(context.diagnostics, kQueryModule, "SqlSearchDevicePort", [&] {
     const std::int64_t startTick = context.clock.TickMs();
     Connection reports;
@@ -47,9 +48,13 @@ void SqlSearchDevicePort(QueryContext& context, ConnectionId slot, std::string& 
     StarIfEmpty(devPattern);
     StarIfEmpty(portPattern);
 
+    const auto like = [&](const std::string& pattern) {
+      return source == PatternSource::kRequest ? LikeTextOfSearch(context, pattern)
+                                               : LikeText(pattern);
+    };
     const std::string ports =
         fmt::format(" FROM VLAN WHERE {} LIKE '{}' AND {} LIKE '{}'", DeviceColumn(devPattern),
-                    LikeText(context, devPattern), portColumn, LikeText(context, portPattern));
+                    like(devPattern), portColumn, like(portPattern));
     const std::int32_t total =
         reports.Execute("SELECT Count(RecNo) as total" + ports).Field("total").AsLong();
     record.TableCriteria = std::to_string(total);

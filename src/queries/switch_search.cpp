@@ -16,10 +16,13 @@ constexpr int kSearchHead = 47;  // of the language file
 
 }  // namespace
 
-std::string LikeText(const QueryContext& context, const std::string& searchText) {
-  std::string pattern = DatabaseText(searchText, context.settings.CharSet);
-  std::replace(pattern.begin(), pattern.end(), '*', '%');
-  return pattern;
+std::string LikeText(std::string databaseText) {
+  std::replace(databaseText.begin(), databaseText.end(), '*', '%');
+  return databaseText;
+}
+
+std::string LikeTextOfSearch(const QueryContext& context, const std::string& searchText) {
+  return LikeText(DatabaseText(searchText, context.settings.CharSet));
 }
 
 void SetSearchHeads(const QueryContext& context, int report, SwitchTableRecord& record) {

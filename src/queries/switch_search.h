@@ -11,8 +11,9 @@
 
 namespace quillon {
 
-// A search text as the pattern of a LIKE: database text, with "%" for each "*".
-std::string LikeText(const QueryContext& context, const std::string& searchText);
+// Database text as the pattern of a LIKE, with "%" for each "*"; and the same of a search text.
+std::string LikeText(std::string databaseText);
+std::string LikeTextOfSearch(const QueryContext& context, const std::string& searchText);
 
 // TableHead and TableReport, whose word is given by its number in the language file.
 void SetSearchHeads(const QueryContext& context, int report, SwitchTableRecord& record);

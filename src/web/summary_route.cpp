@@ -1,8 +1,7 @@
 // The summary route.
 #include "web/summary_route.h"
 
-#include <string_view>
-
+#include "queries/switch_lists.h"
 #include "queries/switch_summary.h"
 #include "render/chart_blocks.h"
 #include "render/page_frame.h"
@@ -14,22 +13,11 @@
 namespace quillon {
 namespace {
 
-// A summary by its report key, which is also the word in the URL.
-struct Summary {
-  std::string_view reportKey;
-  bool isTrunk;
-};
-
-constexpr Summary kSummaries[] = {
-    {"switch-access-port-summary", false},
-    {"switch-trunk-port-summary", true},
-};
-
 void BuildSummary(WebContext& context, Request& request) {
-  for (const Summary& summary : kSummaries) {
-    if (!Holds(request.httpQuery, summary.reportKey)) continue;
-    SqHist45dSwitchSum(context.queries, request.id, summary.isTrunk);
-    TopHeader_Begin(context.render, kReportPageWidth, summary.reportKey, request.pageHtml);
+  for (const SwitchPortKind& kind : kSwitchPortKinds) {
+    if (!Holds(request.httpQuery, kind.summaryReport)) continue;
+    SqHist45dSwitchSum(context.queries, request.id, kind.isTrunk);
+    TopHeader_Begin(context.render, kReportPageWidth, kind.summaryReport, request.pageHtml);
     break;
   }
   TopHeader_End(context.render, request.pageHtml);
