@@ -11,9 +11,11 @@
 #include <asio/steady_timer.hpp>
 #include <deque>
 #include <exception>
-#include <iostream>
+#include <string>
 #include <utility>
 #include <vector>
+
+#include "platform/standard_error.h"
 
 namespace quillon {
 namespace {
@@ -95,7 +97,7 @@ std::size_t OneEvent(RunOne&& runOne) {
   try {
     return runOne();
   } catch (const std::exception& failure) {
-    std::cerr << "an event failed: " << failure.what() << std::endl;
+    TellStandardError(std::string("an event failed: ") + failure.what());
     return 1;
   }
 }

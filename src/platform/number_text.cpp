@@ -8,17 +8,12 @@
 #include <limits>
 
 #include "platform/failure.h"
+#include "platform/text_lines.h"
 
 namespace quillon {
 namespace {
 
 constexpr double kPlainLimit = 1e15;  // below it no exponent is written
-
-std::string_view TrimmedView(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 bool IsDigit(char character) {
   return character >= '0' && character <= '9';

@@ -119,6 +119,10 @@ std::string DatabaseText(std::string_view bytes, const std::string& charSet) {
   return conversion.known() ? conversion.Run(bytes, false) : std::string(bytes);
 }
 
+bool IsKnownCharset(const std::string& charSet) {
+  return !charSet.empty() && Conversion(charSet.c_str(), "UTF-8").known();
+}
+
 std::string FirstCharacters(std::string_view text, std::size_t count, const std::string& charSet) {
   if (charSet.empty() || IsUtf8(charSet)) return FirstOfUtf8(text, count);
   if (text.find(kEscape) == std::string_view::npos) return std::string(text.substr(0, count));

@@ -16,6 +16,9 @@ std::string PageText(std::string_view utf8, const std::string& charSet);
 // A request's bytes as database text; a byte that is no text of the charset becomes "?".
 std::string DatabaseText(std::string_view bytes, const std::string& charSet);
 
+// True for a charset that texts can be converted to.
+bool IsKnownCharset(const std::string& charSet);
+
 // The first `count` characters of a text in the charset. Those of UTF-8, which texts are in while
 // no charset is known, have several bytes, and so have those of a charset with shift states.
 std::string FirstCharacters(std::string_view text, std::size_t count, const std::string& charSet);
