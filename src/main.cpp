@@ -1,9 +1,13 @@
 // The composition root: builds the service's objects and hands over to Form_Load. What
 // is built here lives as long as the process; nothing else is global.
+#include <memory>
 #include <string>
 
 #include "import/import.h"
 #include "platform/clock.h"
+#include "platform/smtp_client.h"
+#include "production/auto_create.h"
+#include "production/mail_reports.h"
 #include "service/form_load.h"
 #include "web/connections.h"
 
@@ -47,8 +51,15 @@ int main(int argumentCount, char** arguments) {
 
   ImportContext imports{diagnostics, settings, clock, loop, period};
 
-  // What follows an import, pages and mails, is not built yet.
-  const DailyJobs jobs{[&](bool& done) { Import(imports, done); }, [] {}, [] {}};
+  RepReceivers repReceiver;
+  ProductionContext production{diagnostics, settings,
+                               clock,       loop,
+                               tcpServer,   render,
+                               queries,     records,
+                               repReceiver, [&] { return std::make_unique<SmtpClient>(loop); }};
+
+  const DailyJobs jobs{[&](bool& done) { Import(imports, done); }, [&] { AutoCreate(production); },
+                       [&] { MailReports(production); }};
   ServiceHost dartSvc(loop, clock);
   const ServiceRegistry registry;
   ServiceContext service{diagnostics, settings,  trapTarget, clock, loop,        dartSvc,

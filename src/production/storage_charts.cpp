@@ -1,0 +1,85 @@
+// The walks over the servers and disks of the newest day table.
+#include "production/storage_charts.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/database.h"
+#include "platform/text_encoding.h"
+#include "production/page_build.h"
+#include "queries/disk_table.h"
+#include "queries/storage_hist45.h"
+#include "render/chart_blocks.h"
+#include "service/error_exit.h"
+#include "web/page_cache.h"
+
+namespace quillon {
+namespace {
+
+// Hands over each row of a select on the newest day table, after a pause. The select holds no text
+// of a request, and its table may have any size.
+template <typename CreateChart>
+void ForEachStorage(ProductionContext& context, const std::string& columns,
+                    const std::string& condition, CreateChart&& createChart) {
+  Connection history;
+  history.Open(context.settings.ConnHistory);
+  const std::optional<std::string> table = FindDiskTable(context.queries, history);
+  if (!table) return;
+  Recordset rows =
+      history.Execute("SELECT " + columns + " FROM " + *table + condition + " ORDER BY RecNo",
+                      SelectTime::kUnlimited);
+  for (; !rows.Eof(); rows.MoveNext()) {
+    context.loop.DelayMs(kChartPauseMs);
+    createChart(rows);
+  }
+}
+
+// The name of a disk as file names have it: bytes of the pages' charset, changed as those of the
+// links are.
+std::string FileNamePart(const std::string& storDescr, const std::string& charSet) {
+  std::string name = PageText(storDescr, charSet);
+  std::replace(name.begin(), name.end(), '/', '_');
+  std::replace(name.begin(), name.end(), ':', '_');
+  return name;
+}
+
+void SaveChart(const ProductionContext& context, std::int32_t recNo, const std::string& storage,
+               const std::string& chart) {
+  SaveToCache(context.diagnostics, BackgroundSlot,
+              "histdisk45-" + std::to_string(recNo) + "-" + storage + ".htm", chart);
+}
+
+}  // namespace
+
+void AutoCreateChDa45_Mem(ProductionContext& context) {
+  ErrorExit(context.diagnostics, kPageModule, "AutoCreateChDa45_Mem", [&] {
+    ForEachStorage(context, "DISTINCT RecNo, DevName", "", [&](const Recordset& server) {
+      const std::int32_t recNo = server.Field("RecNo").AsLong();
+      SqlHist45MemControl(context.queries, BackgroundSlot, recNo, server.Field("DevName").AsText(),
+                          true);
+      std::string charts;
+      MemoryChartBlocks(context.render, BackgroundSlot, charts);
+      SaveChart(context, recNo, "mem", charts);
+    });
+  });
+}
+
+void AutoCreateChDa45_Disk(ProductionContext& context) {
+  ErrorExit(context.diagnostics, kPageModule, "AutoCreateChDa45_Disk", [&] {
+    ForEachStorage(
+        context, "RecNo, DevName, StorDescr",
+        " WHERE (StorDescr<>'Physical' AND StorDescr<>'Virtual')", [&](const Recordset& disk) {
+          const std::int32_t recNo = disk.Field("RecNo").AsLong();
+          const std::string storDescr = disk.Field("StorDescr").AsText();
+          SqlHist45DiskControl(context.queries, BackgroundSlot, recNo,
+                               disk.Field("DevName").AsText(), storDescr, true);
+          std::string chart;
+          DiskChartBlock(context.render, BackgroundSlot, chart);
+          SaveChart(context, recNo, FileNamePart(storDescr, context.settings.CharSet), chart);
+        });
+  });
+}
+
+}  // namespace quillon
