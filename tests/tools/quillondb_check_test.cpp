@@ -88,6 +88,10 @@ TEST_F(QuillondbCheck, FindsSettingsThatTheServiceCannotUse) {
       {"Quillon.mdb", "UPDATE Settings_WebServer SET TcpPort = 'http'",
        "Quillon.mdb: TcpPort in Settings_WebServer is 'http'; the site cannot listen there; write"
        " a port from 1 to 65535"},
+      {"Quillon.mdb", "UPDATE Settings_SmtpServer SET MailPort = 70000",
+       "Quillon.mdb: MailPort in Settings_SmtpServer is 70000; no mail can be sent there; write a "
+       "port"
+       " from 1 to 65535"},
       {"Quillon.mdb", "UPDATE Settings_WebServer SET CharSet = 'ISO-8859-99'",
        "Quillon.mdb: CharSet in Settings_WebServer is 'ISO-8859-99', which this machine does not"
        " know; write a name out of 'iconv -l'"},
@@ -96,7 +100,8 @@ TEST_F(QuillondbCheck, FindsSettingsThatTheServiceCannotUse) {
        " write a name out of 'iconv -l'"},
       {"Quillon.mdb",
        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 101)"
-       " INSERT INTO Settings_RepReceiver (Name) SELECT i FROM n",
+       " INSERT INTO Settings_RepReceiver SELECT i, 'a@b', 1, '', 'None', 'None', 'None', 'None',"
+       " 'None', FALSE, 0, 0, FALSE, FALSE, FALSE FROM n",
        "Quillon.mdb: Settings_RepReceiver has 101 rows; beyond 100 nobody gets mail, so delete"
        " some"},
   };
@@ -216,7 +221,8 @@ TEST_F(QuillondbCheck, TakesEverySettingWithinItsLimits) {
       "UPDATE Settings_WebServer SET TcpPort = 1", "UPDATE Settings_WebServer SET TcpPort = 65535",
       "UPDATE Settings_WebServer SET CharSet = 'UTF-8'",
       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100)"
-      " INSERT INTO Settings_RepReceiver (Name) SELECT i FROM n"};
+      " INSERT INTO Settings_RepReceiver SELECT i, 'a@b', 1, '', 'None', 'None', 'None', 'None',"
+      " 'None', FALSE, 0, 0, FALSE, FALSE, FALSE FROM n"};
   for (const char* change : kChanges) {
     Sql("Quillon.mdb", change);
     EXPECT_EQ(Run("check {}").out, "ok\n") << change;

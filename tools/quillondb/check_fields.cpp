@@ -30,13 +30,17 @@ constexpr std::string_view kIsNoDevice = "ifnull({0}, 0) = 0";
 constexpr std::string_view kNumberDevice =
     "no device is meant by that; the management product has to write a number above 0";
 
+constexpr std::string_view kIsNoPort =
+    "{0} IS NOT NULL AND (typeof({0}) <> 'integer' OR {0} NOT BETWEEN 1 AND 65535)";
+
 constexpr FieldRule kFieldRules[] = {
     {"Settings_General", "DatumFormat",
      "{0} COLLATE BINARY NOT IN ('YYYY-MM-DD', 'MM/DD/YYYY', 'DD/MM/YYYY')",
      "it has to be YYYY-MM-DD, MM/DD/YYYY or DD/MM/YYYY"},
-    {"Settings_WebServer", "TcpPort",
-     "{0} IS NOT NULL AND (typeof({0}) <> 'integer' OR {0} NOT BETWEEN 1 AND 65535)",
+    {"Settings_WebServer", "TcpPort", kIsNoPort,
      "the site cannot listen there; write a port from 1 to 65535"},
+    {"Settings_SmtpServer", "MailPort", kIsNoPort,
+     "no mail can be sent there; write a port from 1 to 65535"},
     {"General_Info", "LastReport", kIsNoDate, kWriteDate},
     {"General_Info", "LastImport", kIsNoDate, kWriteDate},
     {"VLAN_HistCtrl", "TrafficDate", kIsNoDate, kWriteDate},

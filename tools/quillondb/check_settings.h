@@ -1,5 +1,5 @@
-// What is wrong with settings beyond the rules on single fields: too many receivers of mails, and
-// charsets that only the C library knows or does not.
+// What is wrong with settings beyond the rules on single fields: receivers of mails, and charsets
+// that only the C library knows or does not.
 #pragma once
 
 #include <string>
