@@ -77,6 +77,109 @@ TEST_F(QuillondbDemo, ChangesNothingWhereThePortIsWrong) {
   EXPECT_EQ(Number("Reports.mdb", "SELECT COUNT(*) FROM VLAN"), 0);
 }
 
+class QuillondbDemoMail : public QuillondbDemo {
+ protected:
+  std::vector<Row> Receivers() const {
+    return Sql("Quillon.mdb", "SELECT Name, Recipient FROM Settings_RepReceiver ORDER BY rowid");
+  }
+
+  std::vector<Row> MailServer() const {
+    return Sql("Quillon.mdb", "SELECT MailServer, MailPort FROM Settings_SmtpServer");
+  }
+
+  void AddReceiver(const std::string& name) const {
+    Sql("Quillon.mdb", "INSERT INTO Settings_RepReceiver (Name, Recipient) VALUES ('" + name +
+                           "', '" + name + "@example.org')");
+  }
+};
+
+TEST_F(QuillondbDemoMail, GoesToThePortThatItIsGiven) {
+  Run("create {}");
+  EXPECT_EQ(Run("demo {} --mail-port 2525").status, 0);
+  EXPECT_EQ(MailServer(), (std::vector<Row>{{"127.0.0.1", "2525"}}));
+  EXPECT_EQ(Receivers(), (std::vector<Row>{{"Demonstration", "demonstration@localhost"}}));
+  EXPECT_EQ(Number("Reports.mdb", "SELECT COUNT(*) FROM VLAN"), 400);
+}
+
+TEST_F(QuillondbDemoMail, ComesEachDayWithListsASummaryAttachmentsAndLinks) {
+  Run("create {}");
+  Run("demo {} --mail-port 2525");
+  EXPECT_EQ(Sql("Quillon.mdb",
+                "SELECT TimeSchedule, Top10Rep1, Top10Rep2, Top10Rep3, Top10Rep4, Top10Rep5,"
+                " PortRep, PortRepDetails, AttachReport, IncludeUrl FROM Settings_RepReceiver"),
+            (std::vector<Row>{{"1", "Access InVolume", "Access InErrors", "Trunk OutVolume",
+                               "Access Summary", "None", "1", "1", "1", "1"}}));
+}
+
+TEST_F(QuillondbDemoMail, ReportsAPortOfTheDemonstrationThatHasAHistory) {
+  Run("create {}");
+  Run("demo {} --mail-port 2525");
+  const std::vector<Row> port =
+      Sql("Quillon.mdb", "SELECT PortRepRecNo, PortRepIfIndex FROM Settings_RepReceiver");
+  ASSERT_EQ(port.size(), 1u);
+  const std::string isPort = "RecNo = " + port[0][0] + " AND IfIndex = " + port[0][1];
+  EXPECT_EQ(Number("Reports.mdb",
+                   "SELECT COUNT(*) FROM VLAN WHERE InHCOctetsMb24H > 0"
+                   " AND date(InOctetsDate) = '" +
+                       HoursAgo(0, "%Y-%m-%d") + "' AND " + isPort),
+            1);
+  for (const Row& day : Sql("History.mdb", "SELECT HistTable FROM VLAN_HistCtrl")) {
+    EXPECT_EQ(Number("History.mdb", "SELECT COUNT(*) FROM " + day[0] + " WHERE " + isPort), 1)
+        << day[0];
+  }
+}
+
+TEST_F(QuillondbDemoMail, LeavesAnInstallationThatPassesTheCheck) {
+  Run("create {}");
+  Run("demo {} --mail-port 2525");
+  CopyWebFiles();
+  EXPECT_EQ(Run("check {}").out, "ok\n");
+}
+
+TEST_F(QuillondbDemoMail, ReplaceGivesItANewPortAndNoSecondReceiver) {
+  Run("create {}");
+  Run("demo {} --mail-port 2525");
+  Sql("Quillon.mdb", "UPDATE Settings_RepReceiver SET TimeSchedule = 3, Top10Rep1 = 'None'");
+  EXPECT_EQ(Run("demo {} --replace --mail-port 2626").status, 0);
+  EXPECT_EQ(MailServer(), (std::vector<Row>{{"127.0.0.1", "2626"}}));
+  EXPECT_EQ(Sql("Quillon.mdb", "SELECT TimeSchedule, Top10Rep1 FROM Settings_RepReceiver"),
+            (std::vector<Row>{{"1", "Access InVolume"}}));
+}
+
+TEST_F(QuillondbDemoMail, StaysAwayWithoutAPortAndLeavesOtherReceivers) {
+  Run("create {}");
+  AddReceiver("first");
+  Run("demo {} --mail-port 2525");
+  AddReceiver("second");
+  EXPECT_EQ(Receivers().size(), 3u);
+  EXPECT_EQ(Run("demo {} --replace").status, 0);
+  EXPECT_EQ(Receivers(),
+            (std::vector<Row>{{"first", "first@example.org"}, {"second", "second@example.org"}}));
+  EXPECT_EQ(MailServer(), (std::vector<Row>{{"127.0.0.1", "2525"}}));
+}
+
+TEST_F(QuillondbDemoMail, ChangesTheServerAndItsPortAloneOfTheMailSettings) {
+  Run("create {}");
+  const std::string others =
+      "SELECT FromAddr, Subject, Priority, CharSet, TimeOut, Retries, UseAuth, AuthMode, Account,"
+      " Pass, Encoding, BodyEncoding, BodyFormat FROM Settings_SmtpServer";
+  Sql("Quillon.mdb", "UPDATE Settings_SmtpServer SET Subject = 'mine', Retries = 7");
+  const std::vector<Row> before = Sql("Quillon.mdb", others);
+  Run("demo {} --mail-port 2525");
+  EXPECT_EQ(Sql("Quillon.mdb", others), before);
+}
+
+TEST_F(QuillondbDemoMail, ChangesNothingWhereItsPortIsWrong) {
+  Run("create {}");
+  const std::vector<Row> before = MailServer();
+  for (const char* port : {"0", "65536", "-1", "smtp"}) {
+    EXPECT_EQ(Run(std::string("demo {} --mail-port ") + port).status, 2) << port;
+  }
+  EXPECT_EQ(MailServer(), before);
+  EXPECT_EQ(Receivers(), std::vector<Row>{});
+  EXPECT_EQ(Number("Reports.mdb", "SELECT COUNT(*) FROM VLAN"), 0);
+}
+
 TEST_F(QuillondbDemo, GivesTheSameRowsAgain) {
   CreateWithDemo();
   const std::string ports =

@@ -9,6 +9,7 @@
 #include "platform/clock.h"
 #include "quillondb/check.h"
 #include "quillondb/demo/demo.h"
+#include "quillondb/demo/receiver.h"
 #include "quillondb/installation.h"
 #include "quillondb/report_marks.h"
 #include "service/version.h"
@@ -23,7 +24,8 @@ constexpr int kWrongUsage = 2;
 struct Arguments {
   std::string directory;
   bool replace = false;
-  int port = 0;  // of the listener; 0 leaves the setting as it is
+  int port = 0;      // of the listener; 0 leaves the setting as it is
+  int mailPort = 0;  // of a mail server on this machine; 0 for a demonstration without mails
 };
 
 int Create(const Arguments& arguments) {
@@ -35,6 +37,7 @@ int Create(const Arguments& arguments) {
 int Demo(const Arguments& arguments) {
   std::cout << FillDemo(arguments.directory, arguments.replace, SystemClock().Now()) << "\n";
   if (arguments.port != 0) SetListenerPort(arguments.directory, arguments.port);
+  SetDemoReceiver(arguments.directory, arguments.mailPort);
   return kDone;
 }
 
@@ -94,6 +97,9 @@ int Main(int argc, char** argv) {
   CLI::App* demo = app.get_subcommand("demo");
   demo->add_flag("--replace", arguments.replace, "Empty the statistics and the history first");
   demo->add_option("--port", arguments.port, "Let the site listen on this port")
+      ->check(CLI::Range(1, 65535));
+  demo->add_option("--mail-port", arguments.mailPort,
+                   "Mail the reports of each day to a mail server on this port of 127.0.0.1")
       ->check(CLI::Range(1, 65535));
   try {
     app.parse(argc, argv);
