@@ -4,6 +4,9 @@
 const volume = '(-|0|\\d[\\d ]* [MGTP]( \\(\\d[\\d ]* [kMG]bit/s\\))?)';
 const packets = '(-|\\d[\\d ]* per min(\n\\(\\d[\\d ]* per sec\\))?)';
 const errors = '(-|\\d[\\d ]* per 24h(\n\\(\\d[\\d ]* per (min|sec)\\))?)';
+const size = '(-|\\d[\\d ]* [MGTP])';
+const share = '(-|\\d[\\d ]* [MGTP] \\(\\d+%\\))';
+const count = '(-|\\d+)';
 
 // In the order of the page. The popups of a chart are numbered from `firstId` + 1 on.
 export const portCharts = [
@@ -13,11 +16,28 @@ export const portCharts = [
 ];
 export const summaryCharts = [
   ...portCharts,
-  chart('Ports', 400, ['All Ports', '(-|\\d+)'], ['Ports in Traffic', '(-|\\d+ \\(\\d+%\\))']),
+  chart('Ports', 400, ['All Ports', count], ['Ports in Traffic', '(-|\\d+ \\(\\d+%\\))']),
 ];
 
-function chart(title, firstId, left, right) {
-  const figures = [left, right].map(([word, figure]) => `${word}: ${figure}`);
+export const diskCharts = [storageChart('Disk Usage', 100)];
+export const memoryCharts = [
+  storageChart('Physical Memory', 100),
+  storageChart('Virtual Memory', 200),
+];
+export const storageSummaryCharts = [
+  ['Physical Memory', 100],
+  ['Virtual Memory', 200],
+  ['Windows Disks', 300],
+  ['Unix Disks', 400],
+].map(([title, firstId]) => storageChart(title, firstId, ['Storages', count]));
+
+function storageChart(title, firstId, ...more) {
+  return chart(title, firstId, ['Total', size], ['Used', share], ...more);
+}
+
+// A further figure stands in the popups alone.
+function chart(title, firstId, left, right, ...more) {
+  const figures = [left, right, ...more].map(([word, figure]) => `${word}: ${figure}`);
   return {
     title,
     firstId,
@@ -28,8 +48,7 @@ function chart(title, firstId, left, right) {
 
 export const days = 45;
 
-// Ages of the days without an import in the demonstration, in days before today. Yesterday is
-// imported while the tests run.
+// Ages of the days without an import in the demonstration, in days before today.
 export const missedDays = [9, 20, 21, 37];
 export const ageAt = (position) => days + 1 - position;
 export const positionAt = (age) => days + 1 - age;

@@ -3,7 +3,10 @@
 
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { dataRows, open, page, table } from './browser.mjs';
+import { bandTitle, dataRows, open, page, table } from './browser.mjs';
+import { chart } from './chart_checks.mjs';
+import { diskCharts, memoryCharts } from './chart_html.mjs';
+import { figure, heads, orders } from './disk_tables.mjs';
 import {
   assertShowsResult,
   choose,
@@ -18,35 +21,9 @@ import {
   search,
   shownLine,
   storages,
-  untilStoragesAreImported,
 } from './search_pages.mjs';
 
-// In the order of the box: the titles of the table, ascending and descending, and its column.
-const orders = [
-  { key: 'totalbytes', word: 'Total Bytes', titles: ['Smallest', 'Largest'], of: 'Total Size' },
-  { key: 'freebytes', word: 'Free Bytes', titles: ['Least', 'Most'], of: 'Free Space' },
-  { key: 'usedbytes', word: 'Used Bytes', titles: ['Least', 'Most'], of: 'Used Space' },
-  { key: 'usedpercent', word: 'Used Percent', titles: ['Lowest', 'Highest'], of: 'Used Percent' },
-  { key: 'trend14d', word: 'Trend 14d', titles: ['Lowest', 'Highest'], of: 'Trend 14 Days' },
-  { key: 'trend30d', word: 'Trend 30d', titles: ['Lowest', 'Highest'], of: 'Trend 30 Days' },
-].flatMap(({ key, word, titles, of }, index) =>
-  ['asc', 'desc'].map((direction, side) => ({
-    key: `${key}-${direction}`,
-    option: `${word} - ${direction === 'asc' ? 'Asc' : 'Desc'}`,
-    title: `${titles[side]} ${of}`,
-    column: index + 2,
-    sign: direction === 'asc' ? 1 : -1,
-  })),
-);
 const defaultOrder = 'usedpercent-desc';
-
-const heads = ['Device', 'Storage', 'Total', 'Free', 'Used', 'Used %', 'Trend 14d', 'Trend 30d'];
-
-// "1 500 G" and "+3 %" as numbers that compare.
-function figure(text) {
-  const [, number, unit] = /^([+-]?[\d ]+) ([MGT%])$/.exec(text);
-  return Number(number.replaceAll(' ', '')) * { M: 1, G: 1e3, T: 1e6, '%': 1 }[unit];
-}
 
 const orderOf = () => page.locator(orderBox).inputValue();
 
@@ -61,7 +38,6 @@ test('the empty disk form offers its twelve orders and has the fullest disks fir
 
 for (const { key, title, column, sign } of orders) {
   test(`disks sorted by ${key} come in that order, which stays chosen`, async () => {
-    await untilStoragesAreImported();
     await choose(diskForm);
     await page.locator(orderBox).selectOption(key);
     await clickSearch();
@@ -77,7 +53,6 @@ for (const { key, title, column, sign } of orders) {
 }
 
 test('the sort is over all storages, not over those that are shown', async () => {
-  await untilStoragesAreImported();
   for (const [key, expected] of [
     ['totalbytes-asc', ['ux-proxy', 'Virtual', '2 048 M']],
     ['totalbytes-desc', ['ux-backup', '/backup', '48 T']],
@@ -91,7 +66,6 @@ test('the sort is over all storages, not over those that are shown', async () =>
 });
 
 test('heads of a disk result have no links, and its trends a sign', async () => {
-  await untilStoragesAreImported();
   await choose(diskForm);
   await page.locator(orderBox).selectOption('trend14d-desc');
   await clickSearch();
@@ -126,7 +100,6 @@ const patterns = [
 ];
 for (const { texts, shows = texts, found } of patterns) {
   test(`the disk search for ${JSON.stringify(texts)} finds ${found.length}`, async () => {
-    await untilStoragesAreImported();
     await search(diskForm, ...texts);
     assert.deepEqual(await fieldTexts(diskForm), shows);
     assert.equal(await shownLine(), `${found.length} (${storages})`);
@@ -136,7 +109,6 @@ for (const { texts, shows = texts, found } of patterns) {
 }
 
 test('an apostrophe in a disk search ends its field and finds nothing, without harm', async () => {
-  await untilStoragesAreImported();
   await choose(diskForm);
   await search(diskForm, "ux'db", '/');
   await assertShowsResult(diskForm, 'Highest Used Percent');
@@ -146,7 +118,6 @@ test('an apostrophe in a disk search ends its field and finds nothing, without h
 });
 
 test('HTML behind an apostrophe becomes part of the page, and the other fields work', async () => {
-  await untilStoragesAreImported();
   await search(diskForm, "'><b id='bold'>ü & more</b>", 'C:');
   assert.equal(await page.locator('#bold').innerText(), 'ü & more');
   assert.deepEqual(await fieldTexts(diskForm), ['', 'C:']);
@@ -157,9 +128,11 @@ test('HTML behind an apostrophe becomes part of the page, and the other fields w
   assert.equal(await page.locator('#bold').count(), 0);
 });
 
-test('the device of a disk leads to a page with the same result', async () => {
-  await untilStoragesAreImported();
-  for (const [storage, word] of [['C:', 'C_'], ['Physical', 'mem']]) {
+test('the device of a disk leads to its charts under the same result', async () => {
+  for (const { storage, word, charts } of [
+    { storage: 'C:', word: 'C_', charts: diskCharts },
+    { storage: 'Physical', word: 'mem', charts: memoryCharts },
+  ]) {
     await search(diskForm, 'win-sql-1', storage);
     const rows = await rowTexts();
     assert.equal(rows.length, 1);
@@ -168,13 +141,18 @@ test('the device of a disk leads to a page with the same result', async () => {
     assert.match(pathname, new RegExp(`^/histdisksearch45-105-${word}-disk-search-\\d+\\.htm$`));
     assert.deepEqual(await rowTexts(), rows);
     assert.deepEqual(await fieldTexts(diskForm), ['win-sql-1', storage]);
+    assert.deepEqual(await page.locator(bandTitle).allInnerTexts(), [
+      'Highest Used Percent',
+      ...charts.map(({ title }) => title),
+    ]);
+    assert.equal(await page.locator(chart).count(), charts.length);
     await page.goBack();
     assert.deepEqual(await rowTexts(), rows);
+    assert.equal(await page.locator(chart).count(), 0);
   }
 });
 
 test('a link that names a server lands on its disks and memories', async () => {
-  await untilStoragesAreImported();
   await open('DeviceId=107');
   await assertShowsResult(diskForm, 'Highest Used Percent');
   assert.deepEqual(await fieldTexts(diskForm), ['win-Zürich', '*']);

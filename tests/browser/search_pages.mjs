@@ -1,7 +1,6 @@
 // The four search forms, and what tests do with them.
 
 import assert from 'node:assert/strict';
-import { setTimeout as pause } from 'node:timers/promises';
 import {
   address,
   bandReport,
@@ -100,18 +99,3 @@ export async function assertShowsResult(form, title = 'Search Result') {
 // The storages of the demonstration that yesterday's table has: all but the drive without a size,
 // and the four of the server that was not reached.
 export const storages = 58;
-const importDeadline = 120_000;
-const importPause = 500;
-let imported = false;
-
-// A disk search looks into yesterday's table, which is filled in the first minutes of a site.
-export async function untilStoragesAreImported() {
-  const end = Date.now() + importDeadline;
-  while (!imported) {
-    await search(diskForm, '', '');
-    imported = (await shownLine()) === `10 (${storages})`;
-    if (imported) return;
-    assert.ok(Date.now() < end, 'the site imports the storages of yesterday');
-    await pause(importPause);
-  }
-}

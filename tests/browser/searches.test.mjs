@@ -36,7 +36,6 @@ import {
   rowTexts,
   search,
   shownLine,
-  untilStoragesAreImported,
 } from './search_pages.mjs';
 
 // What each form finds in the demonstration: the first two columns of the table, its title where
@@ -152,7 +151,6 @@ for (const form of forms) {
 for (const { form, texts, shown, rows, title } of examples) {
   for (const { name, send } of ways) {
     test(`the form ${form.name} sent by ${name} finds, and keeps its texts`, async () => {
-      if (form === diskForm) await untilStoragesAreImported();
       await choose(form);
       await fillIn(form, texts);
       await send(form);
