@@ -17,6 +17,7 @@ import daily_import
 import events
 import idle
 import pieces
+import production
 import searches
 import uncached_top10
 from figures import MeasureError, Options, table
@@ -28,6 +29,7 @@ BENCHMARKS = {
     "searches": searches.measure,
     "charts": charts.measure,
     "daily_import": daily_import.measure,
+    "production": production.measure,
     "idle": idle.measure,
     "events": events.measure,
     "pieces": pieces.measure,
