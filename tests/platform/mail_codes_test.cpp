@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "support/standard_error.h"
 
@@ -28,11 +32,17 @@ Reading Read(const Function& function, const Code& code) {
   return reading;
 }
 
-template <typename Function, typename Code>
-void ExpectMeans(const Function& function, const Code& code, int value) {
-  const Reading reading = Read(function, code);
-  EXPECT_EQ(reading.value, value) << testing::PrintToString(code);
-  EXPECT_EQ(reading.standardError, "") << testing::PrintToString(code);
+// Codes with the values that they stand for, of which there is nothing to tell.
+template <typename Code, typename Function>
+using Meanings = std::vector<std::pair<Code, std::invoke_result_t<Function, const Code&>>>;
+
+template <typename Code, typename Function>
+void ExpectMeanings(const Function& function, const Meanings<Code, Function>& meanings) {
+  for (const auto& [code, value] : meanings) {
+    const Reading reading = Read(function, code);
+    EXPECT_EQ(reading.value, static_cast<int>(value)) << testing::PrintToString(code);
+    EXPECT_EQ(reading.standardError, "") << testing::PrintToString(code);
+  }
 }
 
 template <typename Function, typename Code>
@@ -44,31 +54,21 @@ void ExpectFallsBack(const Function& function, const Code& code, int value) {
 }
 
 TEST(MailPriority, NumbersMeanThemselves) {
-  ExpectMeans(MailPriority, "1"s, 1);
-  ExpectMeans(MailPriority, "2"s, 2);
-  ExpectMeans(MailPriority, "3"s, 3);
-  ExpectMeans(MailPriority, "4"s, 4);
-  ExpectMeans(MailPriority, "5"s, 5);
+  ExpectMeanings<std::string>(MailPriority, {{"1", 1}, {"2", 2}, {"3", 3}, {"4", 4}, {"5", 5}});
 }
 
 TEST(MailPriority, NamesStandForNumbers) {
-  ExpectMeans(MailPriority, "Highest"s, 1);
-  ExpectMeans(MailPriority, "High"s, 2);
-  ExpectMeans(MailPriority, "Normal"s, 3);
-  ExpectMeans(MailPriority, "Low"s, 4);
-  ExpectMeans(MailPriority, "Lowest"s, 5);
+  ExpectMeanings<std::string>(
+      MailPriority, {{"Highest", 1}, {"High", 2}, {"Normal", 3}, {"Low", 4}, {"Lowest", 5}});
 }
 
 TEST(MailPriority, CaseOfNamesDoesNotMatter) {
-  ExpectMeans(MailPriority, "highest"s, 1);
-  ExpectMeans(MailPriority, "HIGH"s, 2);
-  ExpectMeans(MailPriority, "nOrMaL"s, 3);
-  ExpectMeans(MailPriority, "low"s, 4);
-  ExpectMeans(MailPriority, "LOWEST"s, 5);
+  ExpectMeanings<std::string>(
+      MailPriority, {{"highest", 1}, {"HIGH", 2}, {"nOrMaL", 3}, {"low", 4}, {"LOWEST", 5}});
 }
 
 TEST(MailPriority, NothingIsNormalWithoutAWord) {
-  ExpectMeans(MailPriority, ""s, 3);
+  ExpectMeanings<std::string>(MailPriority, {{"", 3}});
 }
 
 TEST(MailPriority, AnythingElseIsNormalAndTold) {
@@ -96,9 +96,9 @@ TEST(CheckAttachmentEncoding, AnythingElseIsTold) {
 }
 
 TEST(BodyEncodingOf, CodesHaveTheirMeaning) {
-  ExpectMeans(BodyEncodingOf, 0, static_cast<int>(BodyEncoding::kAsNeeded));
-  ExpectMeans(BodyEncodingOf, 1, static_cast<int>(BodyEncoding::kQuotedPrintable));
-  ExpectMeans(BodyEncodingOf, 2, static_cast<int>(BodyEncoding::kBase64));
+  ExpectMeanings<std::int32_t>(BodyEncodingOf, {{0, BodyEncoding::kAsNeeded},
+                                                {1, BodyEncoding::kQuotedPrintable},
+                                                {2, BodyEncoding::kBase64}});
 }
 
 TEST(BodyEncodingOf, AnythingElseIsAsNeededAndTold) {
@@ -108,8 +108,8 @@ TEST(BodyEncodingOf, AnythingElseIsAsNeededAndTold) {
 }
 
 TEST(BodyFormatOf, CodesHaveTheirMeaning) {
-  ExpectMeans(BodyFormatOf, 0, static_cast<int>(BodyFormat::kPlain));
-  ExpectMeans(BodyFormatOf, 1, static_cast<int>(BodyFormat::kHtmlBeside));
+  ExpectMeanings<std::int32_t>(BodyFormatOf,
+                               {{0, BodyFormat::kPlain}, {1, BodyFormat::kHtmlBeside}});
 }
 
 TEST(BodyFormatOf, AnythingElseIsPlainAndTold) {

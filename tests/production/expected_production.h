@@ -19,6 +19,7 @@
 #include "render/page_frame.h"
 #include "render/summary_charts.h"
 #include "render/switch_tables.h"
+#include "support/expected_charts.h"
 #include "support/house.h"
 #include "support/reporting.h"
 
@@ -110,16 +111,7 @@ class ExpectedProduction {
     SqlPortNameLookup(queries_, recNo, ifIndex, device_, port_);
     SqHist45SwitchControl(queries_, kSlot, recNo, ifIndex, device_, port_, true);
     Add("hist45-" + std::to_string(recNo) + "-" + std::to_string(ifIndex) + ".htm",
-        ChartsOfPort(render_, kSlot));
-  }
-  static std::string ChartsOfPort(const RenderContext& render, ConnectionId slot) {
-    std::string charts;
-    for (const Blocks& blocks : kPortBlocks) {
-      ChartHeader45_Switch(render, slot, render.LangWord(blocks.title),
-                           render.LangWord(blocks.left), render.LangWord(blocks.right), charts);
-      ChartData45_Switch(render, slot, blocks.kind, charts);
-    }
-    return charts;
+        ExpectedPortCharts(render_, kSlot));
   }
 
   // `kind` is "access" or "trunk".
@@ -143,10 +135,10 @@ class ExpectedProduction {
   void MemoryCharts(std::int32_t recNo, const std::string& device) {
     SqlHist45MemControl(queries_, kSlot, recNo, device, true);
     std::string charts;
-    for (const Blocks& blocks : kMemoryBlocks) {
-      ChartHeader45_Mem(render_, kSlot, Word(blocks.title), Word(blocks.left), Word(blocks.right),
+    for (const ExpectedChart& chart : kMemoryCharts) {
+      ChartHeader45_Mem(render_, kSlot, Word(chart.title), Word(chart.left), Word(chart.right),
                         charts);
-      ChartData45_Mem(render_, kSlot, blocks.kind, charts);
+      ChartData45_Mem(render_, kSlot, chart.kind, charts);
     }
     Add("histdisk45-" + std::to_string(recNo) + "-mem.htm", charts);
   }
@@ -164,10 +156,10 @@ class ExpectedProduction {
   void DiskSummary(const std::string& file = "disk-mem-summary.htm") {
     SqlHist45dDiskSum(queries_, kSlot);
     std::string charts;
-    for (const Blocks& blocks : kStorageBlocks) {
-      ChartHeader45d_DiskSum(render_, kSlot, Word(blocks.title), Word(blocks.secondTitle),
-                             Word(blocks.left), Word(blocks.right), charts);
-      ChartData45d_DiskSum(render_, kSlot, blocks.kind, charts);
+    for (const auto& [chart, secondTitle] : kStorageSums) {
+      ChartHeader45d_DiskSum(render_, kSlot, Word(chart.title), Word(secondTitle), Word(chart.left),
+                             Word(chart.right), charts);
+      ChartData45d_DiskSum(render_, kSlot, chart.kind, charts);
     }
     Add(file, Frame("disk-mem-summary") + charts);
   }
@@ -213,40 +205,23 @@ class ExpectedProduction {
     TopHeader_End(render_, page);
     return page;
   }
-  std::string ChartsOfAllPorts() const {
-    std::string charts;
-    for (const Blocks& blocks : kAllPortsBlocks) {
-      ChartHeader45d_SwitchSum(render_, kSlot, Word(blocks.title), Word(blocks.left),
-                               Word(blocks.right), charts);
-      ChartData45d_SwitchSum(render_, kSlot, blocks.kind, charts);
-    }
-    return charts;
-  }
+  std::string ChartsOfAllPorts() const { return ExpectedSummaryCharts(render_, kSlot); }
 
  private:
   // The slot has no part in what a page says.
   static constexpr ConnectionId kSlot = 3;
 
-  // Numbers of the words over a chart, and its kind.
-  struct Blocks {
-    int title;
+  // The charts of a memory; and of all storages, which have two titles each.
+  static constexpr ExpectedChart kMemoryCharts[] = {{76, 69, 71, "physical"},
+                                                    {77, 69, 71, "virtual"}};
+  struct StorageSum {
+    ExpectedChart chart;
     int secondTitle;
-    int left;
-    int right;
-    const char* kind;
   };
-  static constexpr Blocks kPortBlocks[] = {
-      {12, 0, 22, 23, "volume"}, {13, 0, 24, 25, "broadcast"}, {14, 0, 26, 27, "errors"}};
-  static constexpr Blocks kAllPortsBlocks[] = {{12, 0, 22, 23, "volume"},
-                                               {13, 0, 24, 25, "broadcast"},
-                                               {14, 0, 26, 27, "errors"},
-                                               {48, 0, 49, 50, "ports"}};
-  static constexpr Blocks kMemoryBlocks[] = {{76, 0, 69, 71, "physical"},
-                                             {77, 0, 69, 71, "virtual"}};
-  static constexpr Blocks kStorageBlocks[] = {{76, 82, 69, 71, "physical"},
-                                              {77, 83, 69, 71, "virtual"},
-                                              {78, 84, 69, 71, "windows"},
-                                              {79, 85, 69, 71, "unix"}};
+  static constexpr StorageSum kStorageSums[] = {{{76, 69, 71, "physical"}, 82},
+                                                {{77, 69, 71, "virtual"}, 83},
+                                                {{78, 69, 71, "windows"}, 84},
+                                                {{79, 69, 71, "unix"}, 85}};
 
   // No event and no dump of this goes into the site's folders.
   static Settings WithoutFiles(Settings settings) {

@@ -13,10 +13,9 @@
 #include "queries/switch_hist45.h"
 #include "queries/switch_summary.h"
 #include "queries/switch_top10.h"
-#include "render/device_charts.h"
 #include "render/page_frame.h"
-#include "render/summary_charts.h"
 #include "render/switch_tables.h"
+#include "support/expected_charts.h"
 
 namespace quillon {
 
@@ -142,13 +141,7 @@ class MailTest : public ProductionTest {
     SqHist45dSwitchSum(work->queries, kSlot, kind == "trunk");
     std::string page;
     TopHeader_MailReport(render, page);
-    const auto add = [&](const ChartWordNumbers& chart) {
-      ChartHeader45d_SwitchSum(render, kSlot, render.LangWord(chart.title),
-                               render.LangWord(chart.left), render.LangWord(chart.right), page);
-      ChartData45d_SwitchSum(render, kSlot, chart.kind, page);
-    };
-    for (const ChartWordNumbers& chart : kCharts) add(chart);
-    add({48, 49, 50, "ports"});
+    page += ExpectedSummaryCharts(render, kSlot);
     return Closed(page);
   }
   // What the charts are of is database text. The port's table is there where a search is given
@@ -169,11 +162,7 @@ class MailTest : public ProductionTest {
       TableDataSwitch_Search(render, kSlot, "IfDescr", page);
     }
     SqHist45SwitchControl(work->queries, kSlot, recNo, ifIndex, device, port, true);
-    for (const ChartWordNumbers& chart : kCharts) {
-      ChartHeader45_Switch(render, kSlot, render.LangWord(chart.title), render.LangWord(chart.left),
-                           render.LangWord(chart.right), page);
-      ChartData45_Switch(render, kSlot, chart.kind, page);
-    }
+    page += ExpectedPortCharts(render, kSlot);
     return Closed(page);
   }
 
@@ -182,15 +171,6 @@ class MailTest : public ProductionTest {
   }
 
  private:
-  struct ChartWordNumbers {
-    int title;
-    int left;
-    int right;
-    std::string_view kind;
-  };
-  static constexpr ChartWordNumbers kCharts[] = {
-      {12, 22, 23, "volume"}, {13, 24, 25, "broadcast"}, {14, 26, 27, "errors"}};
-
   // Three ports of today with interface 4, of the devices behind that number.
   static std::string InsertPorts(const std::string& device, const std::string& isTrunk, int recNo) {
     const char* figures[][6] = {{"30", "30", "20", "20", "10", "10"},

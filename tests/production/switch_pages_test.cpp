@@ -260,7 +260,7 @@ TEST_F(SwitchPages, AChartOnTheConnectionOfTheSlotMixesWithTheOneInWork) {
   InTheWait(100, [&] { site.Exchange(client, Site::Request("hist45-8-5.htm")); });
   List();
   EXPECT_FALSE(Holds(Cached(kFile), "sw8"));
-  const std::string record = ExpectedProduction::ChartsOfPort(site.render, BackgroundSlot);
+  const std::string record = ExpectedPortCharts(site.render, BackgroundSlot);
   EXPECT_TRUE(Holds(record, "sw8"));
   for (const std::string& name : CacheFiles()) {
     if (name != kFile) ExpectBytes(name, record);

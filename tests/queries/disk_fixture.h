@@ -71,6 +71,13 @@ class DiskTest : public ChartTest {
       AddDisk({{"RecNo", std::to_string(++recNo)}, {"StorDescr", storDescr}});
     }
   }
+  // Five that differ in this column; it orders them 1, 5, 2, 4, 3.
+  void AddDisksOrderedBy(const std::string& column) const {
+    int recNo = 0;
+    for (const std::string value : {"-1", "900", "1000", "900.5", "0"}) {
+      AddDisk({{"RecNo", std::to_string(++recNo)}, {column, value}});
+    }
+  }
   void ClearDisks() const { History(std::string("DELETE FROM ") + kTable); }
   void ClearControl() const { History("DELETE FROM Disk_HistCtrl"); }
 

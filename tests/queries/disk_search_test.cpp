@@ -35,11 +35,7 @@ class DiskSearchTest : public DiskTest {
 TEST_F(DiskSearchTest, RowsComeByTheWordOfTheOrderInItsDirection) {
   for (const DiskOrder& order : kDiskOrders) {
     ClearDisks();
-    AddDisk({{"RecNo", "1"}, {order.column, "-1"}});
-    AddDisk({{"RecNo", "2"}, {order.column, "900"}});
-    AddDisk({{"RecNo", "3"}, {order.column, "1000"}});
-    AddDisk({{"RecNo", "4"}, {order.column, "900.5"}});
-    AddDisk({{"RecNo", "5"}, {order.column, "0"}});
+    AddDisksOrderedBy(order.column);
     for (const std::string direction : {"asc", "ASC", "Asc"}) {
       EXPECT_EQ(Search(order.word + "-" + direction).TableHead, order.headAscending);
       EXPECT_EQ(RecNos(), (std::vector<int>{1, 5, 2, 4, 3})) << order.word << " " << direction;

@@ -171,11 +171,7 @@ TEST_F(DiskTop10Test, CriteriaTellsShownAndAllDisks) {
 TEST_F(DiskTop10Test, RowsComeByTheFieldInItsDirection) {
   for (const DiskOrder& order : kDiskOrders) {
     ClearDisks();
-    AddDisk({{"RecNo", "1"}, {order.column, "-1"}});
-    AddDisk({{"RecNo", "2"}, {order.column, "900"}});
-    AddDisk({{"RecNo", "3"}, {order.column, "1000"}});
-    AddDisk({{"RecNo", "4"}, {order.column, "900.5"}});
-    AddDisk({{"RecNo", "5"}, {order.column, "0"}});
+    AddDisksOrderedBy(order.column);
     Top10(order.column, "ASC");
     EXPECT_EQ(RecNos(), (std::vector<int>{1, 5, 2, 4, 3})) << order.column;
     Top10(order.column, "DESC");

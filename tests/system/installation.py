@@ -60,6 +60,12 @@ class Installation:
         with closing(self.open_database(name)) as database:
             return database.execute(statement, values).fetchall()
 
+    def insert(self, name, table, **columns):
+        """Adds a row with these columns."""
+        marks = ", ".join("?" for _ in columns)
+        self.sql(name, f"INSERT INTO {table} ({', '.join(columns)}) VALUES ({marks})",
+                 *columns.values())
+
     def set(self, table, **fields):
         """Sets fields of the one row of a table of settings."""
         assignments = ", ".join(f"{field} = ?" for field in fields)

@@ -29,15 +29,15 @@ def without_network(site):
 def with_small_network(site):
     without_network(site)
     for device, interface, is_trunk in PORTS:
-        _insert(site, "Reports.mdb", "VLAN", RecNo=device, IfIndex=interface, IsTrunk=is_trunk,
-                DevName=f"Büro {device}", IpAddr=f"10.0.0.{device - 300}", VlanID=12,
-                IfDescr=f"Gi0/{interface}", IfSpeed="100000000", IfAlias="", IfAdmin="up",
-                IfOper="up", InOctetsDate=f"{TODAY} 03:00:00", LastUpdate=f"{TODAY} 03:00:00",
-                **{metric: interface * 10 + place for place, metric in enumerate(_METRICS)})
+        site.insert("Reports.mdb", "VLAN", RecNo=device, IfIndex=interface, IsTrunk=is_trunk,
+                    DevName=f"Büro {device}", IpAddr=f"10.0.0.{device - 300}", VlanID=12,
+                    IfDescr=f"Gi0/{interface}", IfSpeed="100000000", IfAlias="", IfAdmin="up",
+                    IfOper="up", InOctetsDate=f"{TODAY} 03:00:00", LastUpdate=f"{TODAY} 03:00:00",
+                    **{metric: interface * 10 + place for place, metric in enumerate(_METRICS)})
     for device, storage in _STORAGES:
-        _insert(site, "Reports.mdb", "HostDiskInfo", RecNo=device, DevName="Server",
-                StorDescr=storage, FreeRawM=600, UsedRawM=400, UsedProc=40, UsedProc14Trend=0,
-                UsedProc30Trend=0, LastUpdate=f"{TODAY} 03:00:00")
+        site.insert("Reports.mdb", "HostDiskInfo", RecNo=device, DevName="Server",
+                    StorDescr=storage, FreeRawM=600, UsedRawM=400, UsedProc=40, UsedProc14Trend=0,
+                    UsedProc30Trend=0, LastUpdate=f"{TODAY} 03:00:00")
 
 
 def mailing_by(server, **settings):
@@ -53,7 +53,7 @@ def with_receivers(*receivers):
     """Each is the fields in which it differs from one who gets a bare mail every day."""
     def prepare(site):
         for receiver in receivers:
-            _insert(site, "Quillon.mdb", "Settings_RepReceiver", **{**_BARE, **receiver})
+            site.insert("Quillon.mdb", "Settings_RepReceiver", **{**_BARE, **receiver})
     return prepare
 
 
@@ -78,10 +78,4 @@ def _let_report_wait(site):
         site.sql("History.mdb", f"DELETE FROM {control}")
         for table, moment in ((f"{name}_Day01", "2000-01-01 00:00:00"),
                               (f"{name}_Day02", f"{local_now() - timedelta(days=2):%Y-%m-%d %T}")):
-            _insert(site, "History.mdb", control, **{date: moment, "HistTable": table})
-
-
-def _insert(site, database, table, **columns):
-    marks = ", ".join("?" for _ in columns)
-    site.sql(database, f"INSERT INTO {table} ({', '.join(columns)}) VALUES ({marks})",
-             *columns.values())
+            site.insert("History.mdb", control, **{date: moment, "HistTable": table})

@@ -134,27 +134,28 @@ def fill(site):
 def _fill_ports(site):
     for port in PORTS:
         moment = f"{_moment(port.age * _DAY):%Y-%m-%d} 03:10:00"
-        _insert(site, "Reports.mdb", "VLAN", RecNo=port.device, DevName=port.name,
-                IpAddr=port.address, VlanID=port.vlan, IfIndex=port.number, IfDescr=port.port,
-                IfSpeed="100000000", IfAlias=port.alias, IfAdmin="up", IfOper="down",
-                IsTrunk=port.is_trunk, InOctetsDate=moment, LastUpdate=moment,
-                **dict(zip(_FIGURES, port.figures)))
+        site.insert("Reports.mdb", "VLAN", RecNo=port.device, DevName=port.name,
+                    IpAddr=port.address, VlanID=port.vlan, IfIndex=port.number, IfDescr=port.port,
+                    IfSpeed="100000000", IfAlias=port.alias, IfAdmin="up", IfOper="down",
+                    IsTrunk=port.is_trunk, InOctetsDate=moment, LastUpdate=moment,
+                    **dict(zip(_FIGURES, port.figures)))
     for user in USERS:
-        _insert(site, "Reports.mdb", "MAC", RecNo=user.device, IfIndex=user.port,
-                MacAddr=user.mac, IpAddr=user.address,
-                LastSeen=f"{_moment(user.minutes):%Y-%m-%d %H:%M:%S}")
+        site.insert("Reports.mdb", "MAC", RecNo=user.device, IfIndex=user.port,
+                    MacAddr=user.mac, IpAddr=user.address,
+                    LastSeen=f"{_moment(user.minutes):%Y-%m-%d %H:%M:%S}")
 
 
 def _fill_storages(site):
     for device, name in ((900, SERVER), (901, BASE), (902, FARM), (KITCHEN.device, "a server")):
-        _insert(site, "Reports.mdb", "HostDiskInfo", RecNo=device, DevName=name)
-    _insert(site, "History.mdb", "Disk_HistCtrl", HistTable="Disk_Day01",
-            StorageDate=f"{_moment(_DAY):%Y-%m-%d} 03:10:00")
+        site.insert("Reports.mdb", "HostDiskInfo", RecNo=device, DevName=name)
+    site.insert("History.mdb", "Disk_HistCtrl", HistTable="Disk_Day01",
+                StorageDate=f"{_moment(_DAY):%Y-%m-%d} 03:10:00")
     for storage in STORAGES:
         total, used, free = storage.sizes
-        _insert(site, "History.mdb", "Disk_Day01", RecNo=storage.device, DevName=storage.name,
-                StorDescr=storage.storage, Type=storage.kind, TotalM=total, UsedM=used, FreeM=free,
-                UsedProc=storage.percent, Trend14d=storage.trends[0], Trend30d=storage.trends[1])
+        site.insert("History.mdb", "Disk_Day01", RecNo=storage.device, DevName=storage.name,
+                    StorDescr=storage.storage, Type=storage.kind, TotalM=total, UsedM=used,
+                    FreeM=free, UsedProc=storage.percent, Trend14d=storage.trends[0],
+                    Trend30d=storage.trends[1])
 
 
 _FIGURES = ("InHCOctetsMb24H", "OutHCOctetsMb24H", "InBroadCastPpm24H", "InMultiCastPpm24H",
@@ -164,9 +165,3 @@ _START = local_now()
 
 def _moment(minutes):
     return _START - timedelta(minutes=minutes)
-
-
-def _insert(site, database, table, **columns):
-    marks = ", ".join("?" for _ in columns)
-    site.sql(database, f"INSERT INTO {table} ({', '.join(columns)}) VALUES ({marks})",
-             *columns.values())

@@ -17,7 +17,7 @@ const std::string kChartFile = "hist45-7-4.htm";
 
 class ChartRoutes : public ChartSite {
  protected:
-  std::string Charts(ConnectionId slot = 1) const { return PortCharts(site.render, slot); }
+  std::string Charts(ConnectionId slot = 1) const { return ExpectedPortCharts(site.render, slot); }
 };
 
 TEST_F(ChartRoutes, ChartsFollowTheStoredTableAndAreStoredByThemselves) {
@@ -234,7 +234,7 @@ TEST_F(ChartRoutes, WithoutReportsMdbThePortHasNoNamesAndItsFiguresAll) {
 TEST_F(ChartRoutes, WithoutHistoryMdbThePageHasWhatTheRecordHolds) {
   site.installation.Remove("History.mdb");
   Store(kTable, "table");
-  const std::string charts = PortCharts(Untouched(), 1);
+  const std::string charts = ExpectedPortCharts(Untouched(), 1);
   EXPECT_EQ(Get(kUrl), Closed("table" + charts));
   EXPECT_EQ(Stored(kChartFile), charts);
   EXPECT_EQ(Failures(), Names{"modSelectSql_SqHist45SwitchControl"});

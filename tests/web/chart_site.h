@@ -10,9 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "render/device_charts.h"
 #include "render/page_frame.h"
-#include "render/summary_charts.h"
+#include "support/expected_charts.h"
 #include "support/report_rows.h"
 #include "support/site.h"
 #include "web/expected_pages.h"
@@ -90,40 +89,18 @@ class ChartSite : public testing::Test {
     site.Once([this, moment] { return site.clock.slept() >= moment; }, std::move(action));
   }
 
-  // The charts of a port, and of all ports of a kind, as the record of a slot has them.
-  static std::string PortCharts(const RenderContext& render, ConnectionId slot) {
-    std::string charts;
-    for (const Chart& chart : kCharts) {
-      ChartHeader45_Switch(render, slot, render.LangWord(chart.title), render.LangWord(chart.left),
-                           render.LangWord(chart.right), charts);
-      ChartData45_Switch(render, slot, chart.kind, charts);
-    }
-    return charts;
-  }
-  static std::string SummaryCharts(const RenderContext& render, ConnectionId slot) {
-    std::string charts;
-    const auto add = [&](const Chart& chart) {
-      ChartHeader45d_SwitchSum(render, slot, render.LangWord(chart.title),
-                               render.LangWord(chart.left), render.LangWord(chart.right), charts);
-      ChartData45d_SwitchSum(render, slot, chart.kind, charts);
-    };
-    for (const Chart& chart : kCharts) add(chart);
-    add({48, 49, 50, "ports"});
-    return charts;
-  }
-
   // The page of a chart whose link names no table, and that of a summary, without their ends.
   std::string PageOfItsOwn(ConnectionId slot) const {
     std::string page;
     TopHeader_MailReport(site.render, page);
-    return page + PortCharts(site.render, slot);
+    return page + ExpectedPortCharts(site.render, slot);
   }
   std::string Summary(const RenderContext& render, const std::string& reportKey,
                       ConnectionId slot) const {
     std::string page;
     TopHeader_Begin(render, 580, reportKey, page);
     TopHeader_End(render, page);
-    return page + SummaryCharts(render, slot);
+    return page + ExpectedSummaryCharts(render, slot);
   }
 
   // The site's words around records that no report has written.
@@ -161,15 +138,6 @@ class ChartSite : public testing::Test {
   Site site;
 
  private:
-  struct Chart {
-    int title;
-    int left;
-    int right;
-    std::string_view kind;
-  };
-  static constexpr Chart kCharts[] = {
-      {12, 22, 23, "volume"}, {13, 24, 25, "broadcast"}, {14, 26, 27, "errors"}};
-
   ReportRecords untouched_;
 };
 

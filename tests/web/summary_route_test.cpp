@@ -24,7 +24,7 @@ class SummaryRoutes : public ChartSite {
   std::string PageOfNoKind(const RenderContext& render, ConnectionId slot = 1) const {
     std::string page;
     TopHeader_End(render, page);
-    return page + SummaryCharts(render, slot);
+    return page + ExpectedSummaryCharts(render, slot);
   }
 };
 
