@@ -81,7 +81,8 @@ def new_databases(name: str) -> Path:
 
 
 def add_program(directory: Path) -> None:
-    shutil.copy(PROGRAMS / "quillonweb", directory)
+    for name in ("quillonweb", "quillonmail.so"):
+        shutil.copy(PROGRAMS / name, directory)
     shutil.copytree("share/WebReports", directory / "WebReports", dirs_exist_ok=True)
 
 

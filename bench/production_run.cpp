@@ -32,7 +32,7 @@
 #include "import/import.h"
 #include "import/report_marks.h"
 #include "in_process.h"
-#include "platform/smtp_client.h"
+#include "mail/smtp_client.h"
 #include "production/auto_create.h"
 #include "production/mail_reports.h"
 #include "reports.h"

@@ -5,7 +5,7 @@
 
 #include "import/import.h"
 #include "platform/clock.h"
-#include "platform/smtp_client.h"
+#include "platform/mail_module.h"
 #include "production/auto_create.h"
 #include "production/mail_reports.h"
 #include "service/form_load.h"
@@ -52,11 +52,9 @@ int main(int argumentCount, char** arguments) {
   ImportContext imports{diagnostics, settings, clock, loop, period};
 
   RepReceivers repReceiver;
-  ProductionContext production{diagnostics, settings,
-                               clock,       loop,
-                               tcpServer,   render,
-                               queries,     records,
-                               repReceiver, [&] { return std::make_unique<SmtpClient>(loop); }};
+  ProductionContext production{
+      diagnostics, settings, clock,   loop,        tcpServer,
+      render,      queries,  records, repReceiver, [&] { return NewSmtp(settings.AppPath, loop); }};
 
   const DailyJobs jobs{[&](bool& done) { Import(imports, done); }, [&] { AutoCreate(production); },
                        [&] { MailReports(production); }};

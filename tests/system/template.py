@@ -24,7 +24,8 @@ class Template:
             subprocess.run([_PROGRAMS / "quillondb", step, path], check=True, timeout=DEADLINE,
                            stdout=subprocess.DEVNULL, env={**os.environ, "TZ": ZONE_NAME})
         shutil.copytree(_SHARE / "WebReports", path / "WebReports", dirs_exist_ok=True)
-        shutil.copy2(_PROGRAMS / "quillonweb", path)
+        for name in ("quillonweb", "quillonmail.so"):
+            shutil.copy2(_PROGRAMS / name, path)
 
     def copy_to(self, installation):
         """A copy with a port of its own, that sends no traps."""

@@ -29,7 +29,8 @@ USUAL_FOLDERS = [Path(name) for name in (
     "/etc/ssl", "/usr/lib", "/lib", "/lib64", "/usr/share/zoneinfo", "/sys/devices/system/cpu")]
 USUAL_FILES = {Path(name) for name in (
     "/etc/hosts", "/etc/host.conf", "/etc/nsswitch.conf", "/etc/resolv.conf", "/etc/gai.conf",
-    "/etc/services", "/etc/ld.so.cache", "/etc/localtime", "/dev/urandom")}
+    "/etc/services", "/etc/ld.so.cache", "/etc/localtime", "/dev/urandom",
+    "/proc/filesystems")}  # a library of the module looks for what the machine has
 
 # Runs the program where its own certificate is the only one that the machine trusts.
 _START = """#!/bin/sh

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/mail_message.h"
+#include "mail/mail_message.h"
 #include "production/report_choice.h"
 #include "production/report_receivers.h"
 

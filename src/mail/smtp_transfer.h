@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "mail/smtp_server.h"
 #include "platform/event_loop.h"
-#include "platform/smtp_server.h"
 
 namespace quillon {
 

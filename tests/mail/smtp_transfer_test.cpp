@@ -1,10 +1,10 @@
 // Mails over real sockets to servers that take them, refuse them, or are no servers to speak of.
-#include "platform/smtp_transfer.h"
+#include "mail/smtp_transfer.h"
 
 #include <csignal>
 #include <limits>
 
-#include "platform/smtp_fixture.h"
+#include "mail/smtp_fixture.h"
 #include "support/environment.h"
 #include "support/mail_reader.h"
 #include "support/open_descriptors.h"

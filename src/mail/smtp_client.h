@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 
+#include "mail/mail_message.h"
+#include "mail/smtp_transfer.h"
 #include "platform/event_loop.h"
-#include "platform/mail_message.h"
 #include "platform/smtp.h"
-#include "platform/smtp_transfer.h"
 
 namespace quillon {
 

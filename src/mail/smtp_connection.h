@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "mail/smtp_server.h"
 #include "platform/event_loop.h"
-#include "platform/smtp_server.h"
 
 namespace quillon {
 

@@ -1,5 +1,5 @@
 // What the stored codes mean, and what is said of those that mean nothing.
-#include "platform/mail_codes.h"
+#include "mail/mail_codes.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/smtp_transfer.h"
+#include "mail/smtp_transfer.h"
 #include "support/scripted_smtp_server.h"
 #include "support/standard_error.h"
 

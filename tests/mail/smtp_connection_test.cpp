@@ -1,12 +1,12 @@
 // Logging in and encrypting, and what the service calls itself.
-#include "platform/smtp_connection.h"
+#include "mail/smtp_connection.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 
-#include "platform/smtp_fixture.h"
+#include "mail/smtp_fixture.h"
 #include "support/mail_reader.h"
 
 namespace quillon {

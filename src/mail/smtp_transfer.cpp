@@ -1,12 +1,12 @@
 // The dialogue of one mail.
-#include "platform/smtp_transfer.h"
+#include "mail/smtp_transfer.h"
 
 #include <algorithm>
 
+#include "mail/mail_message.h"
+#include "mail/smtp_connection.h"
 #include "platform/files.h"
-#include "platform/mail_message.h"
 #include "platform/smtp.h"
-#include "platform/smtp_connection.h"
 #include "platform/standard_error.h"
 
 namespace quillon {

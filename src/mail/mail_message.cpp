@@ -1,5 +1,5 @@
 // Composing on GMime.
-#include "platform/mail_message.h"
+#include "mail/mail_message.h"
 
 #include <gmime/gmime.h>
 
@@ -7,9 +7,9 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/mail_codes.h"
-#include "platform/mail_header.h"
-#include "platform/mail_html.h"
+#include "mail/mail_codes.h"
+#include "mail/mail_header.h"
+#include "mail/mail_html.h"
 #include "platform/standard_error.h"
 #include "platform/text_encoding.h"
 #include "platform/text_lines.h"

@@ -1,5 +1,5 @@
 // Escaped lines, with links.
-#include "platform/mail_html.h"
+#include "mail/mail_html.h"
 
 #include "platform/text_lines.h"
 

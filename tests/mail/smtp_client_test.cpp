@@ -1,5 +1,5 @@
 // The operations of a mail, from its settings to the server that takes it.
-#include "platform/smtp_client.h"
+#include "mail/smtp_client.h"
 
 #include <gtest/gtest.h>
 

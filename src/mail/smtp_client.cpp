@@ -1,5 +1,5 @@
 // Properties, composing once, sending as often as asked.
-#include "platform/smtp_client.h"
+#include "mail/smtp_client.h"
 
 #include "platform/failure.h"
 #include "platform/files.h"

@@ -1,7 +1,7 @@
 // Connecting on libcurl's multi interface. The library could bring the mail over, too, but keeps
 // the thread meanwhile: until the server has answered the last line of a mail, and again until it
 // has answered the good-bye.
-#include "platform/smtp_connection.h"
+#include "mail/smtp_connection.h"
 
 #include <curl/curl.h>
 #include <unistd.h>

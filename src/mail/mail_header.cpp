@@ -1,6 +1,6 @@
 // Encoded words. GMime, which writes the rest of a mail, makes one word of a text without blanks,
 // however long; they may have 75 characters.
-#include "platform/mail_header.h"
+#include "mail/mail_header.h"
 
 #include <glib.h>
 

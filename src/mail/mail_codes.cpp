@@ -1,5 +1,5 @@
 // The codes and their fallbacks.
-#include "platform/mail_codes.h"
+#include "mail/mail_codes.h"
 
 #include <string_view>
 

@@ -1,11 +1,11 @@
 // Texts of the header: plain ones, and encoded words.
-#include "platform/mail_header.h"
+#include "mail/mail_header.h"
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "platform/mail_message.h"
+#include "mail/mail_message.h"
 #include "support/mail_reader.h"
 
 namespace quillon {

@@ -1,5 +1,5 @@
 // Composed mails, read as their receivers read them.
-#include "platform/mail_message.h"
+#include "mail/mail_message.h"
 
 #include <gtest/gtest.h>
 
