@@ -32,7 +32,8 @@
 #include "import/import.h"
 #include "import/report_marks.h"
 #include "in_process.h"
-#include "mail/smtp_client.h"
+#include "platform/mail_module.h"
+#include "platform/program_path.h"
 #include "production/auto_create.h"
 #include "production/mail_reports.h"
 #include "reports.h"
@@ -192,7 +193,7 @@ class Production {
       clock_,           reports_.loop,
       tcpServer_,       reports_.render,
       reports_.queries, reports_.records,
-      receivers_,       [this] { return std::make_unique<SmtpClient>(mailLoop_); }};
+      receivers_,       [this] { return NewSmtp(ProgramDirectory(), mailLoop_); }};
 };
 
 void TimePages(Production& production) {
