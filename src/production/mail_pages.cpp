@@ -14,6 +14,7 @@
 #include "queries/switch_summary.h"
 #include "queries/switch_top10.h"
 #include "render/chart_blocks.h"
+#include "render/chart_names.h"
 #include "render/switch_tables.h"
 #include "web/page_cache.h"
 

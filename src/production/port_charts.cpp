@@ -6,10 +6,6 @@
 
 namespace quillon {
 
-std::string PortChartsFile(std::int32_t recNo, std::int32_t ifIndex) {
-  return "hist45-" + std::to_string(recNo) + "-" + std::to_string(ifIndex) + ".htm";
-}
-
 std::string PortCharts(ProductionContext& context, std::int32_t recNo, std::int32_t ifIndex,
                        const std::string& device, const std::string& port) {
   SqHist45SwitchControl(context.queries, BackgroundSlot, recNo, ifIndex, device, port, true);

@@ -8,9 +8,6 @@
 
 namespace quillon {
 
-// "hist45-<device>-<interface>.htm".
-std::string PortChartsFile(std::int32_t recNo, std::int32_t ifIndex);
-
 // The three charts, of a port with these names (database text). Events run in its pauses.
 std::string PortCharts(ProductionContext& context, std::int32_t recNo, std::int32_t ifIndex,
                        const std::string& device, const std::string& port);

@@ -1,7 +1,6 @@
 // The walks over the servers and disks of the newest day table.
 #include "production/storage_charts.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -12,6 +11,7 @@
 #include "queries/disk_table.h"
 #include "queries/storage_hist45.h"
 #include "render/chart_blocks.h"
+#include "render/chart_names.h"
 #include "service/error_exit.h"
 #include "web/page_cache.h"
 
@@ -36,21 +36,6 @@ void ForEachStorage(ProductionContext& context, const std::string& columns,
   }
 }
 
-// The name of a disk as file names have it: bytes of the pages' charset, changed as those of the
-// links are.
-std::string FileNamePart(const std::string& storDescr, const std::string& charSet) {
-  std::string name = PageText(storDescr, charSet);
-  std::replace(name.begin(), name.end(), '/', '_');
-  std::replace(name.begin(), name.end(), ':', '_');
-  return name;
-}
-
-void SaveChart(const ProductionContext& context, std::int32_t recNo, const std::string& storage,
-               const std::string& chart) {
-  SaveToCache(context.diagnostics, BackgroundSlot,
-              "histdisk45-" + std::to_string(recNo) + "-" + storage + ".htm", chart);
-}
-
 }  // namespace
 
 void AutoCreateChDa45_Mem(ProductionContext& context) {
@@ -61,7 +46,8 @@ void AutoCreateChDa45_Mem(ProductionContext& context) {
                           true);
       std::string charts;
       MemoryChartBlocks(context.render, BackgroundSlot, charts);
-      SaveChart(context, recNo, "mem", charts);
+      SaveToCache(context.diagnostics, BackgroundSlot, StorageChartsFile(recNo, kMemoryCharts),
+                  charts);
     });
   });
 }
@@ -77,7 +63,9 @@ void AutoCreateChDa45_Disk(ProductionContext& context) {
                                disk.Field("DevName").AsText(), storDescr, true);
           std::string chart;
           DiskChartBlock(context.render, BackgroundSlot, chart);
-          SaveChart(context, recNo, FileNamePart(storDescr, context.settings.CharSet), chart);
+          const std::string storage = StorageInNames(PageText(storDescr, context.settings.CharSet));
+          SaveToCache(context.diagnostics, BackgroundSlot, StorageChartsFile(recNo, storage),
+                      chart);
         });
   });
 }

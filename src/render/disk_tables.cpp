@@ -2,8 +2,7 @@
 // unquoted links are this site's text and wanted as they are.
 #include "render/disk_tables.h"
 
-#include <algorithm>
-
+#include "render/chart_names.h"
 #include "render/page_text.h"
 #include "render/report_band.h"
 #include "render/table_parts.h"
@@ -13,8 +12,7 @@ namespace quillon {
 namespace {
 
 constexpr std::string_view kModule = "modHtml";
-constexpr int kDiskHead = 68;                // of the language file
-constexpr std::string_view kMemory = "mem";  // stands for the storage in a link to memory charts
+constexpr int kDiskHead = 68;  // of the language file
 
 // The six columns that a list can be sorted by: the direction is the one that a head offers where
 // the list is sorted by another column.
@@ -59,13 +57,6 @@ void SortHeads(const RenderContext& context, std::string_view reportKind,
   }
 }
 
-// The storage as a word of a link: what separates there becomes another letter.
-std::string LinkWord(std::string storDescr) {
-  std::replace(storDescr.begin(), storDescr.end(), '/', '_');
-  std::replace(storDescr.begin(), storDescr.end(), ':', '_');
-  return storDescr;
-}
-
 // `linkWord` is the route of the charts, and `pageName` the page that they will stand under.
 void DiskRow(const DiskTableRow& row, int rowNumber, std::string_view linkWord,
              std::string_view storage, std::string_view pageName, std::string& pageHtml) {
@@ -88,7 +79,8 @@ void DiskRows(const RenderContext& context, ConnectionId slot, std::string_view 
   for (int rowNumber = 1; rowNumber <= rows.kSize; ++rowNumber) {
     const DiskTableRow& row = rows[rowNumber];
     if (row.recNo == 0) continue;
-    const std::string storage = isMemory(row) ? std::string(kMemory) : LinkWord(row.storDescr);
+    const std::string storage =
+        isMemory(row) ? std::string(kMemoryCharts) : StorageInNames(row.storDescr);
     DiskRow(row, rowNumber, linkWord, storage, pageName, pageHtml);
   }
   TableEnd(pageHtml);

@@ -9,6 +9,7 @@
 #include "queries/port_name.h"
 #include "queries/switch_hist45.h"
 #include "render/chart_blocks.h"
+#include "render/chart_names.h"
 #include "render/page_frame.h"
 #include "web/page_cache.h"
 #include "web/page_closing.h"
@@ -71,7 +72,7 @@ void RouteDisk(WebContext& context, std::string_view word, Request& request) {
   if (diskEnd == 0) return;
   const std::string disk = Between(url, recNoEnd + 1, diskEnd);
 
-  TakeStoredChart(context, "histdisk45-" + std::to_string(recNo) + "-" + disk + ".htm", request);
+  TakeStoredChart(context, StorageChartsFile(recNo, disk), request);
   if (!request.cacheFile.empty()) TakeTable(context, request);
   CloseWithChart(context, request);
 }
@@ -89,8 +90,7 @@ void RoutePortCharts(WebContext& context, Request& request) {
   if (ifIndexEnd == 0) return;
   const std::int32_t ifIndex = TextToLong(Between(url, recNoEnd + 1, ifIndexEnd));
 
-  const std::string chartFile =
-      "hist45-" + std::to_string(recNo) + "-" + std::to_string(ifIndex) + ".htm";
+  const std::string chartFile = PortChartsFile(recNo, ifIndex);
   if (!TakeStoredChart(context, chartFile, request)) {
     BuildPortCharts(context, recNo, ifIndex, request);
     if (!request.cacheFile.empty()) {
