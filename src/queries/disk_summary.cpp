@@ -24,13 +24,14 @@ struct Kind {
 };
 
 constexpr Kind kKinds[] = {
-    {"Physical", &Hist45dDiskRecord::Physical, 82, kPhysicalWords, "TotalMPhysical",
+    {"Physical", &Hist45dDiskRecord::Physical, kPhysicalReport, kPhysicalWords, "TotalMPhysical",
      "UsedMPhysical", "NumPhysical"},
-    {"Virtual", &Hist45dDiskRecord::Virtual, 83, kVirtualWords, "TotalMVirtual", "UsedMVirtual",
-     "NumVirtual"},
-    {"Windows", &Hist45dDiskRecord::Windows, 84, kWindowsWords, "TotalMWindows", "UsedMWindows",
-     "NumWindows"},
-    {"Unix", &Hist45dDiskRecord::Unix, 85, kUnixWords, "TotalMUnix", "UsedMUnix", "NumUnix"},
+    {"Virtual", &Hist45dDiskRecord::Virtual, kVirtualReport, kVirtualWords, "TotalMVirtual",
+     "UsedMVirtual", "NumVirtual"},
+    {"Windows", &Hist45dDiskRecord::Windows, kWindowsReport, kWindowsWords, "TotalMWindows",
+     "UsedMWindows", "NumWindows"},
+    {"Unix", &Hist45dDiskRecord::Unix, kUnixReport, kUnixWords, "TotalMUnix", "UsedMUnix",
+     "NumUnix"},
 };
 
 std::array<Panel*, std::size(kKinds)> PanelsOf(Hist45dDiskRecord& record) {

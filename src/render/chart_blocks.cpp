@@ -38,10 +38,10 @@ struct DiskSummaryBlock {
 };
 
 constexpr DiskSummaryBlock kDiskSummaryBlocks[] = {
-    {{"physical", kPhysicalWords}, 82},
-    {{"virtual", kVirtualWords}, 83},
-    {{"windows", kWindowsWords}, 84},
-    {{"unix", kUnixWords}, 85},
+    {{"physical", kPhysicalWords}, kPhysicalReport},
+    {{"virtual", kVirtualWords}, kVirtualReport},
+    {{"windows", kWindowsWords}, kWindowsReport},
+    {{"unix", kUnixWords}, kUnixReport},
 };
 
 }  // namespace

@@ -19,6 +19,12 @@ inline constexpr PanelWords kPhysicalWords = {76, 69, 71};
 inline constexpr PanelWords kVirtualWords = {77, 69, 71};
 inline constexpr PanelWords kWindowsWords = {78, 69, 71};
 inline constexpr PanelWords kUnixWords = {79, 69, 71};
+// Reports of all storages of a kind, by the number of the word.
+inline constexpr int kPhysicalReport = 82;
+inline constexpr int kVirtualReport = 83;
+inline constexpr int kWindowsReport = 84;
+inline constexpr int kUnixReport = 85;
+
 inline constexpr PanelWords kDiskWords = {80, 69, 71};
 
 }  // namespace quillon
