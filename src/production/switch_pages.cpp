@@ -51,7 +51,7 @@ void AutoCreateTop10_Switch(ProductionContext& context, std::string_view kind,
 
     // Row by row out of the record: a request with the number of the slot may fill it anew in a
     // pause.
-    for (int n = 1; n <= record.rows.kSize; ++n) {
+    for (int n = 1; n <= record.rows.size(); ++n) {
       const SwitchTableRow& row = record.rows[n];
       if (row.recNo != 0) CreatePortCharts(context, row.recNo, row.ifIndex);
     }

@@ -45,7 +45,7 @@ int FillMatches(const QueryContext& context, Recordset& disks, const LikePattern
   for (; !disks.Eof(); disks.MoveNext()) {
     const std::string devName = disks.Field("DevName").AsText();
     const std::string storDescr = disks.Field("StorDescr").AsText();
-    if (taken == record.rows.kSize || !device.Matches(devName) || !storage.Matches(storDescr)) {
+    if (taken == record.rows.size() || !device.Matches(devName) || !storage.Matches(storDescr)) {
       continue;
     }
     FillDisk(context, disks, record.rows[taken + 1]);

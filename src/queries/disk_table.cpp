@@ -1,8 +1,8 @@
 // Day table, heads, rows and dump of the disk tables.
 #include "queries/disk_table.h"
 
-#include "platform/one_based.h"
 #include "queries/page_field.h"
+#include "queries/record_fields.h"
 #include "queries/report_table.h"
 #include "render/value_scaling.h"
 #include "service/report_day.h"
@@ -20,15 +20,6 @@ std::string VolumeField(const QueryContext& context, const Recordset& disk, std:
 std::string TrendField(const QueryContext& context, const Recordset& disk, std::string_view name) {
   const bool grows = disk.Field(name).AsNumber() > 0;
   return (grows ? "+" : "") + PageField(context, disk, name) + " %";
-}
-
-std::string RowValues(const DiskTableRow& row) {
-  std::string line = std::to_string(row.recNo);
-  for (const std::string* text : {&row.device, &row.storDescr, &row.totalM, &row.freeM, &row.usedM,
-                                  &row.usedProc, &row.trend14d, &row.trend30d}) {
-    line.append("\t").append(*text);
-  }
-  return line;
 }
 
 }  // namespace
@@ -76,9 +67,8 @@ void FillDisk(const QueryContext& context, const Recordset& disk, DiskTableRow& 
 }
 
 void DumpDiskTable(const QueryContext& context, const DiskTableRecord& record, DebugDump& dump) {
-  DumpTable(context, record,
-            "recNo\tdevice\tstorDescr\ttotalM\tfreeM\tusedM\tusedProc\ttrend14d\ttrend30d",
-            RowValues, dump);
+  const auto values = [](const DiskTableRow& row) { return FieldValues(kDiskFields, row); };
+  DumpTable(context, record, FieldNames(kDiskFields), values, dump);
 }
 
 }  // namespace quillon

@@ -29,7 +29,7 @@ void SetReport(const QueryContext& context, std::int16_t diskType, DiskTableReco
 void FillList(const QueryContext& context, Connection& history, const std::string& select,
               DiskTableRecord& record) {
   Recordset list = history.Execute(select);
-  for (int n = 1; n <= record.rows.kSize && !list.Eof(); ++n) {
+  for (int n = 1; n <= record.rows.size() && !list.Eof(); ++n) {
     FillDisk(context, list, record.rows[n]);
     list.MoveNext();
   }
@@ -63,7 +63,7 @@ void SqlTop10DiskStats(QueryContext& context, ConnectionId slot, std::int16_t di
     const std::string disks = fmt::format(" FROM {} WHERE Type = {}", *table, diskType);
     const std::int32_t total =
         history.Execute("SELECT Count(RecNo) as total" + disks).Field("total").AsLong();
-    record.TableCriteria = CriteriaText(std::min(total, record.rows.kSize), total);
+    record.TableCriteria = CriteriaText(std::min(total, record.rows.size()), total);
     FillList(context, history, fmt::format("SELECT *{} ORDER BY {} {}", disks, field, sortOrder),
              record);
     history.Close();

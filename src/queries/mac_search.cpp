@@ -78,7 +78,7 @@ int FillPorts(const QueryContext& context, Connection& reports,
               const std::vector<Address>& addresses, SwitchTableRecord& record) {
   int filled = 0;
   for (const Address& address : addresses) {
-    if (filled == record.rows.kSize) break;
+    if (filled == record.rows.size()) break;
     if (address.macAddr.empty()) continue;
     const Recordset port = reports.Execute(fmt::format(
         "SELECT * FROM VLAN WHERE RecNo={} AND IfIndex= {}", address.recNo, address.ifIndex));

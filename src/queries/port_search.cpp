@@ -27,7 +27,7 @@ int FillList(const QueryContext& context, Connection& reports, const std::string
              SwitchTableRecord& record) {
   Recordset list = reports.Execute(select);
   int filled = 0;
-  for (; filled < record.rows.kSize && !list.Eof(); list.MoveNext()) {
+  for (; filled < record.rows.size() && !list.Eof(); list.MoveNext()) {
     FillFoundPort(context, list, record.rows[filled + 1]);
     ++filled;
   }

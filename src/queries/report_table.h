@@ -1,5 +1,5 @@
-// What the tables of ten rows have alike: an empty search, how many rows they show, and how a dump
-// shows them.
+// What the tables of lists and searches have alike: an empty search, how many rows they show, and
+// how a dump shows them.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@ inline void StarIfEmpty(std::string& searchText) {
 // Shown rows and all rows: "10 (214)".
 std::string CriteriaText(std::int32_t shown, std::int32_t total);
 
-// The heads, the period, the line of field names and the ten rows, filled or not, and an empty
+// The heads, the period, the line of field names and the rows, filled or not, and an empty
 // line: the end of every dump of a table.
 template <typename Record, typename RowValues>
 void DumpTable(const QueryContext& context, const Record& record, std::string_view fieldNames,

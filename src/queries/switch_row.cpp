@@ -4,6 +4,7 @@
 #include "platform/number_text.h"
 #include "queries/page_field.h"
 #include "queries/rates.h"
+#include "queries/record_fields.h"
 #include "render/value_scaling.h"
 
 namespace quillon {
@@ -36,41 +37,6 @@ std::string SelectPortMac(std::int32_t recNo, std::int32_t ifIndex) {
          " WHERE RecNo=" +
          std::to_string(recNo) + " AND IfIndex=" + std::to_string(ifIndex);
 }
-
-// The fields of a row in record order, as the dumps show them.
-struct DumpField {
-  std::string_view name;
-  std::string SwitchTableRow::*text = nullptr;
-  std::int32_t SwitchTableRow::*number = nullptr;
-};
-
-constexpr DumpField kDumpFields[] = {
-    {"recNo", nullptr, &SwitchTableRow::recNo},
-    {"device", &SwitchTableRow::device},
-    {"ipAddr", &SwitchTableRow::ipAddr},
-    {"vlanID", &SwitchTableRow::vlanID},
-    {"ifIndex", nullptr, &SwitchTableRow::ifIndex},
-    {"ifDescr", &SwitchTableRow::ifDescr},
-    {"ifSpeed", &SwitchTableRow::ifSpeed},
-    {"ifAlias", &SwitchTableRow::ifAlias},
-    {"ifAdmin", &SwitchTableRow::ifAdmin},
-    {"ifOper", &SwitchTableRow::ifOper},
-    {"inHCOctetsMb24H", &SwitchTableRow::inHCOctetsMb24H},
-    {"inHCOctetsMb24HF", &SwitchTableRow::inHCOctetsMb24HF},
-    {"outHCOctetsMb24H", &SwitchTableRow::outHCOctetsMb24H},
-    {"outHCOctetsMb24HF", &SwitchTableRow::outHCOctetsMb24HF},
-    {"inBroadCastPpm24H", &SwitchTableRow::inBroadCastPpm24H},
-    {"inBroadCastPpm24HF", &SwitchTableRow::inBroadCastPpm24HF},
-    {"inMultiCastPpm24H", &SwitchTableRow::inMultiCastPpm24H},
-    {"inMultiCastPpm24HF", &SwitchTableRow::inMultiCastPpm24HF},
-    {"inErrorsTot24H", &SwitchTableRow::inErrorsTot24H},
-    {"inErrorsTot24HF", &SwitchTableRow::inErrorsTot24HF},
-    {"outErrorsTot24H", &SwitchTableRow::outErrorsTot24H},
-    {"outErrorsTot24HF", &SwitchTableRow::outErrorsTot24HF},
-    {"userMacAddr", &SwitchTableRow::userMacAddr},
-    {"userIpAddr", &SwitchTableRow::userIpAddr},
-    {"userLastSeen", &SwitchTableRow::userLastSeen},
-};
 
 }  // namespace
 
@@ -141,21 +107,11 @@ void LookUpUser(const QueryContext& context, Connection& reports, SwitchTableRow
 }
 
 std::string SwitchRowHead() {
-  std::string line;
-  for (const DumpField& field : kDumpFields) {
-    if (!line.empty()) line += '\t';
-    line += field.name;
-  }
-  return line;
+  return FieldNames(kSwitchFields);
 }
 
 std::string SwitchRowValues(const SwitchTableRow& row) {
-  std::string line;
-  for (const DumpField& field : kDumpFields) {
-    if (&field != kDumpFields) line += '\t';
-    line += field.text != nullptr ? row.*field.text : std::to_string(row.*field.number);
-  }
-  return line;
+  return FieldValues(kSwitchFields, row);
 }
 
 }  // namespace quillon

@@ -58,7 +58,7 @@ void SetHeads(const QueryContext& context, std::string_view field, bool isTrunk,
 void FillList(const QueryContext& context, Connection& reports, const std::string& select,
               SwitchTableRecord& record) {
   Recordset list = reports.Execute(select);
-  for (int n = 1; n <= record.rows.kSize && !list.Eof(); ++n) {
+  for (int n = 1; n <= record.rows.size() && !list.Eof(); ++n) {
     FillPort(context, list, record.rows[n]);
     FillMetrics(context, list, record.rows[n]);
     list.MoveNext();
@@ -104,7 +104,7 @@ void SqlTop10SwitchStats(QueryContext& context, ConnectionId slot, std::string_v
 
     const std::string day = DayText(ReportDay(context.settings, context.clock));
     const std::int32_t total = reports.Execute(SelectCount(day, isTrunk)).Field("total").AsLong();
-    record.TableCriteria = CriteriaText(std::min(total, record.rows.kSize), total);
+    record.TableCriteria = CriteriaText(std::min(total, record.rows.size()), total);
     FillList(context, reports, SelectList(day, isTrunk, field), record);
     FillUsers(context, reports, isTrunk, record);
     reports.Close();

@@ -76,7 +76,7 @@ template <typename IsMemory>
 void DiskRows(const RenderContext& context, ConnectionId slot, std::string_view linkWord,
               std::string_view pageName, IsMemory&& isMemory, std::string& pageHtml) {
   const auto& rows = context.records.DiskTableRep[slot].rows;
-  for (int rowNumber = 1; rowNumber <= rows.kSize; ++rowNumber) {
+  for (int rowNumber = 1; rowNumber <= rows.size(); ++rowNumber) {
     const DiskTableRow& row = rows[rowNumber];
     if (row.recNo == 0) continue;
     const std::string storage =

@@ -98,7 +98,7 @@ void ReportBandBlocks(const Theme& theme, std::string& css) {
   Line(css, "table.repHeader2 td {text-align:left;padding:2px}");
 }
 
-void TableRows(const Theme& theme, std::string& css) {
+void RowStripes(const Theme& theme, std::string& css) {
   Line(css, "tr.tableDataOdd    {background-color:", theme.RowOddBg, "}");
   Line(css, "tr.tableDataEven   {background-color:", theme.RowEvenBg, "}");
   Line(css, "tr.tableDataActive {background-color:", theme.RowActiveBg, "}");
@@ -165,7 +165,7 @@ std::string StylesheetText(const Theme& theme) {
   // In the order of the file, an empty line between two blocks.
   constexpr Block kBlocks[] = {Popups,           PopupTables, Inputs,        BodyAndLinks,
                                TopRules,         TopBand,     TopBandBlocks, ReportBands,
-                               ReportBandBlocks, TableRows,   Tables,        ChartRows,
+                               ReportBandBlocks, RowStripes,  Tables,        ChartRows,
                                Charts,           ChartParts,  DayNumbers,    Footer};
   std::string css;
   for (const Block block : kBlocks) {

@@ -99,7 +99,7 @@ void PortRow(const RenderContext& context, const SwitchTableRow& row, int rowNum
 void PortRows(const RenderContext& context, ConnectionId slot, std::string_view pageName,
               std::string& pageHtml) {
   const auto& rows = context.records.SwitchTableRep[slot].rows;
-  for (int rowNumber = 1; rowNumber <= rows.kSize; ++rowNumber) {
+  for (int rowNumber = 1; rowNumber <= rows.size(); ++rowNumber) {
     if (rows[rowNumber].recNo == 0) continue;
     PortRow(context, rows[rowNumber], rowNumber, pageName, pageHtml);
   }

@@ -1,4 +1,4 @@
-// Arrays that count from 1: every position there is, and none beside it.
+// Arrays and rows that count from 1: every position there is, and none beside it.
 #include "platform/one_based.h"
 
 #include <gtest/gtest.h>
@@ -64,6 +64,32 @@ TEST(OneBased, TellsItsSize) {
   EXPECT_EQ(20, Slots<int>::kSize);
   EXPECT_EQ(10, (Rows<int, 10>::kSize));
   EXPECT_EQ(1, (OneBased<int, 1>::kSize));
+}
+
+TEST(TableRows, AreTheTenEmptyOnesOfAPage) {
+  const TableRows<std::string> rows;
+  EXPECT_EQ(std::vector<std::string>(10), std::vector<std::string>(rows.begin(), rows.end()));
+  EXPECT_EQ(10, rows.size());
+}
+
+TEST(TableRows, RowsThatStayKeepTheirValuesAndNewOnesAreEmpty) {
+  TableRows<int> rows;
+  for (int position = 1; position <= rows.size(); ++position) rows[position] = position * 11;
+  rows.SetSize(2);
+  rows.SetSize(4);
+  EXPECT_EQ((std::vector<int>{11, 22, 0, 0}), std::vector<int>(rows.begin(), rows.end()));
+}
+
+TEST(TableRows, PositionOutsideRaisesIndexFailure) {
+  for (const int size : {10, 1000, 1, 0}) {
+    TableRows<int> rows;
+    rows.SetSize(size);
+    const TableRows<int>& readOnly = rows;
+    for (const long position : {0L, size + 1L, -1L, kBeyond32Bits}) {
+      EXPECT_THROW(rows[position] = 1, IndexFailure) << position << " of " << size;
+      EXPECT_THROW(static_cast<void>(readOnly[position]), IndexFailure) << position;
+    }
+  }
 }
 
 }  // namespace

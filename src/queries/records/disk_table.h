@@ -1,4 +1,4 @@
-// DiskTableRep: the texts of one table of at most ten disks or memories, one record
+// DiskTableRep: the texts of one table of disks or memories, ten at most on a page, one record
 // for each connection. All texts are finished for display.
 #pragma once
 
@@ -26,7 +26,7 @@ struct DiskTableRecord {
   std::string TableHead;
   std::string TableReport;
   std::string TableCriteria;
-  Rows<DiskTableRow, 10> rows;
+  TableRows<DiskTableRow> rows;
 };
 
 }  // namespace quillon

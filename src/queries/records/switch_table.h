@@ -1,4 +1,4 @@
-// SwitchTableRep: the texts of one table of at most ten switch ports, one record for
+// SwitchTableRep: the texts of one table of switch ports, ten at most on a page, one record for
 // each connection. Queries fill it, the switch tables print it. All texts are finished
 // for display, as bytes of the pages' charset.
 #pragma once
@@ -45,7 +45,7 @@ struct SwitchTableRecord {
   std::string TableHead;      // the word naming the metric
   std::string TableReport;    // the word naming the report
   std::string TableCriteria;  // shown rows and all rows: "10 (214)"
-  Rows<SwitchTableRow, 10> rows;
+  TableRows<SwitchTableRow> rows;
 };
 
 }  // namespace quillon
