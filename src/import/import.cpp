@@ -33,15 +33,24 @@ bool ReadMarks(ImportContext& context) {
                ReportDay(context.settings, context.clock));
 }
 
-void RunSteps(ImportContext& context) {
-  SwitchStatsToHist(context);
-  ClearSwitchHistSum(context);
+void SumAccessPorts(ImportContext& context) {
   SwitchStatsSum(context, false);
+}
+
+void SumTrunkPorts(ImportContext& context) {
   SwitchStatsSum(context, true);
-  DiskStatsToHist(context);
-  DiskFixTrendValues(context);
-  ClearDiskHistSum(context);
-  DiskStatsSum(context);
+}
+
+void RunSteps(ImportContext& context) {
+  using Step = void (*)(ImportContext & context);
+  constexpr Step kSteps[] = {SwitchStatsToHist, ClearSwitchHistSum, SumAccessPorts,   SumTrunkPorts,
+                             DiskStatsToHist,   DiskFixTrendValues, ClearDiskHistSum, DiskStatsSum};
+  int number = 0;
+  for (const Step step : kSteps) {
+    TellProgress(context.diagnostics, JobUnit::kStep, ++number,
+                 static_cast<int>(std::size(kSteps)));
+    step(context);
+  }
 }
 
 // The only guard against a second import of the day: it comes when all the rows stand.

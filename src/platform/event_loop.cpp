@@ -176,6 +176,10 @@ void EventLoop::DelayMs(std::int16_t milliseconds) {
 EventLoop::RequestMark::RequestMark(EventLoop& loop)
     : inRequest_(loop.implementation_->inRequest, true) {}
 
+bool EventLoop::InRequest() const {
+  return implementation_->inRequest;
+}
+
 bool EventLoop::HasOverdueJob() const {
   const std::int64_t limit = clock_.TickMs() - kPatience.count();
   const auto& waits = implementation_->jobWaits;

@@ -54,6 +54,9 @@ class EventLoop {
     ScopedFlag inRequest_;
   };
 
+  // True in what runs on behalf of a client: a request, and what it calls.
+  bool InRequest() const;
+
   // True while a wait outside of all requests has been lasting a second longer than it should,
   // since requests nest on it. Whoever takes requests in holds them back meanwhile: else
   // clients that never pause could keep a job from ever going on.

@@ -1,21 +1,25 @@
-// A flag that tells what is on the stack.
+// A variable that tells what is on the stack.
 #pragma once
 
 #include <utility>
 
 namespace quillon {
 
-// Sets the flag while it lives and then sets it back, however its scope is left.
-class ScopedFlag {
+// Gives the variable a value while it lives and then the one before, however its scope is left.
+template <typename T>
+class ScopedValue {
  public:
-  ScopedFlag(bool& flag, bool value) : flag_(flag), before_(std::exchange(flag, value)) {}
-  ~ScopedFlag() { flag_ = before_; }
-  ScopedFlag(const ScopedFlag&) = delete;
-  ScopedFlag& operator=(const ScopedFlag&) = delete;
+  ScopedValue(T& variable, T value)
+      : variable_(variable), before_(std::exchange(variable, std::move(value))) {}
+  ~ScopedValue() { variable_ = std::move(before_); }
+  ScopedValue(const ScopedValue&) = delete;
+  ScopedValue& operator=(const ScopedValue&) = delete;
 
  private:
-  bool& flag_;
-  bool before_;
+  T& variable_;
+  T before_;
 };
+
+using ScopedFlag = ScopedValue<bool>;
 
 }  // namespace quillon

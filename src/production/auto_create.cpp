@@ -7,6 +7,7 @@
 #include "platform/files.h"
 #include "production/disk_pages.h"
 #include "production/page_build.h"
+#include "production/page_count.h"
 #include "production/storage_charts.h"
 #include "production/switch_pages.h"
 #include "queries/disk_table.h"
@@ -52,6 +53,7 @@ void CreateDiskLists(ProductionContext& context) {
 void AutoCreate(ProductionContext& context) {
   ErrorExit(context.diagnostics, kPageModule, "AutoCreate", [&] {
     DeleteMatching(PathBelow(context.settings, "\\WebReports\\Cache"), "*");
+    BeginPages(context);
     CreateSwitchPages(context);
     CreateDiskLists(context);
     AutoCreateChDa45_Mem(context);

@@ -2,12 +2,12 @@
 #include "production/disk_pages.h"
 
 #include "production/page_build.h"
+#include "production/page_count.h"
 #include "queries/disk_summary.h"
 #include "queries/disk_top10.h"
 #include "render/chart_blocks.h"
 #include "render/disk_tables.h"
 #include "service/error_exit.h"
-#include "web/page_cache.h"
 
 namespace quillon {
 namespace {
@@ -31,7 +31,7 @@ void AutoCreateTop10_Disk(ProductionContext& context, std::int16_t diskType, std
     std::string page = PageOfReport(context, disks.top10Report);
     TableHeader_Disk(context.render, BackgroundSlot, page);
     TableData_Disk(context.render, BackgroundSlot, disks.name, order, file, page);
-    SaveToCache(context.diagnostics, BackgroundSlot, file, page);
+    StorePage(context, file, page);
   });
 }
 
@@ -40,7 +40,7 @@ void AutoCreateSum_Disk(ProductionContext& context, const std::string& file) {
     SqlHist45dDiskSum(context.queries, BackgroundSlot);
     std::string page = PageOfReport(context, "disk-mem-summary");
     DiskSummaryBlocks(context.render, BackgroundSlot, page);
-    SaveToCache(context.diagnostics, BackgroundSlot, file, page);
+    StorePage(context, file, page);
   });
 }
 

@@ -30,6 +30,10 @@ inline constexpr DiskClass kDiskClasses[] = {
     {40, "unix", "disk-unix-top10"},
 };
 
+// The disks of a day table, without the two memories of a server.
+inline constexpr std::string_view kDisksAlone =
+    " WHERE (StorDescr<>'Physical' AND StorDescr<>'Virtual')";
+
 // The rows of a table record that no query fills stay empty.
 template <typename TableRecord>
 void EmptyRows(TableRecord& record) {

@@ -17,6 +17,12 @@ namespace quillon {
 // connection of this number shares it.
 inline constexpr ConnectionId BackgroundSlot = 15;
 
+// How far a pre-generation is, in files of the cache.
+struct PageCount {
+  int stored = 0;
+  int expected = 0;  // about; 0 while nobody watches
+};
+
 struct ProductionContext {
   const Diagnostics& diagnostics;
   const Settings& settings;
@@ -28,6 +34,7 @@ struct ProductionContext {
   ReportRecords& records;
   RepReceivers& RepReceiver;
   std::function<std::unique_ptr<Smtp>()> newSmtp;  // called once for each mail
+  PageCount pages = {};
 };
 
 }  // namespace quillon

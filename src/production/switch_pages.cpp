@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "production/page_build.h"
+#include "production/page_count.h"
 #include "production/port_charts.h"
 #include "queries/port_name.h"
 #include "queries/switch_lists.h"
@@ -13,7 +14,6 @@
 #include "render/chart_names.h"
 #include "render/switch_tables.h"
 #include "service/error_exit.h"
-#include "web/page_cache.h"
 
 namespace quillon {
 namespace {
@@ -23,8 +23,8 @@ void CreatePortCharts(ProductionContext& context, std::int32_t recNo, std::int32
   std::string device;
   std::string port;
   SqlPortNameLookup(context.queries, recNo, ifIndex, device, port);
-  SaveToCache(context.diagnostics, BackgroundSlot, PortChartsFile(recNo, ifIndex),
-              PortCharts(context, recNo, ifIndex, device, port));
+  StorePage(context, PortChartsFile(recNo, ifIndex),
+            PortCharts(context, recNo, ifIndex, device, port));
 }
 
 // The kind of ports that the name of a summary tells; null for another name.
@@ -47,7 +47,7 @@ void AutoCreateTop10_Switch(ProductionContext& context, std::string_view kind,
     std::string page = PageOfReport(context, ports.top10Report);
     TableHeader_Switch(context.render, BackgroundSlot, page);
     TableData_Switch(context.render, BackgroundSlot, kind, file, page);
-    SaveToCache(context.diagnostics, BackgroundSlot, file, page);
+    StorePage(context, file, page);
 
     // Row by row out of the record: a request with the number of the slot may fill it anew in a
     // pause.
@@ -65,7 +65,7 @@ void AutoCreateSum_Switch(ProductionContext& context, const std::string& file) {
     std::string page =
         PageOfReport(context, ports != nullptr ? ports->summaryReport : std::string_view());
     SwitchSummaryBlocks(context.render, BackgroundSlot, page);
-    SaveToCache(context.diagnostics, BackgroundSlot, file, page);
+    StorePage(context, file, page);
   });
 }
 

@@ -22,23 +22,37 @@ std::string OneLine(std::string_view text) {
   return line;
 }
 
+void TellEvent(const Diagnostics& diagnostics, const std::string& source, const std::string& line,
+               EventType type) {
+  if (diagnostics.watch == nullptr || !diagnostics.watch->event) return;
+  if (diagnostics.loop.InRequest()) return;  // of a browser, beside the job
+  diagnostics.watch->event(static_cast<int>(type), source, line);
+}
+
 }  // namespace
 
 void AppEvent(const Diagnostics& diagnostics, std::string_view module, std::string_view procedure,
               std::string_view text, EventType type) {
-  if (diagnostics.settings.AppPath.empty()) return;  // no folder is known yet
   try {
     const std::string line = OneLine(text);
     const std::string name = OneLine(procedure);
+    const std::string source = fmt::format("{}_{}", module, name);
+    TellEvent(diagnostics, source, line, type);
+    if (diagnostics.settings.AppPath.empty()) return;  // no folder is known yet
     AppendToFile(PathBelow(diagnostics.settings, "\\Debug\\AppEventWeb.txt"),
-                 fmt::format("{}\t{}\t{}_{}\t{}{}", DateTimeText(diagnostics.clock.Now()),
-                             static_cast<int>(type), module, name, line, kLineEnd));
+                 fmt::format("{}\t{}\t{}\t{}{}", DateTimeText(diagnostics.clock.Now()),
+                             static_cast<int>(type), source, line, kLineEnd));
     diagnostics.loop.DelayMs(kEventWaitMs);
     if (!diagnostics.settings.SendAppEvents || !diagnostics.trapTarget.SnmpAgentOpen) return;
     SendEventTrap(diagnostics, module, name, line, static_cast<int>(type));
   } catch (const std::exception&) {
     // The event path is the last resort: what fails here has nowhere to go.
   }
+}
+
+void TellProgress(const Diagnostics& diagnostics, JobUnit unit, int number, int total) {
+  if (diagnostics.watch == nullptr || !diagnostics.watch->progress) return;
+  diagnostics.watch->progress(unit, number, total);
 }
 
 std::string LogTimeStamp(const Clock& clock) {

@@ -31,7 +31,15 @@ class DiagnosticsTest : public testing::Test {
 
   std::string EventFile() const { return house.installation.Read("Debug/AppEventWeb.txt"); }
 
+  // From now on `watched` takes the text of each event that a watcher is told of.
+  void WatchTexts() {
+    house.watch.event = [this](int, std::string_view, std::string_view text) {
+      watched.emplace_back(text);
+    };
+  }
+
   House house;
+  Lines watched;
 };
 
 TEST_F(DiagnosticsTest, EventIsOneLineOfStampTypeNamesAndText) {
@@ -114,6 +122,70 @@ TEST_F(DiagnosticsTest, NestedEventsWriteTheirLinesToo) {
 TEST_F(DiagnosticsTest, EndOfTheLoopPassesTheWaitOfAnEvent) {
   house.loop.Post([&] { house.loop.Quit(); });
   EXPECT_THROW(Report("text"), LoopEnded);
+  EXPECT_EQ(house.Events(), Lines{"1\tmodHtml_ReadCssText\ttext"});
+}
+
+TEST_F(DiagnosticsTest, WatcherIsToldOfAnEventBeforeAnythingElseHappens) {
+  house.settings.SendAppEvents = true;
+  house.trapTarget.SnmpAgentOpen = true;
+  std::string told;
+  house.watch.event = [&](int type, std::string_view source, std::string_view text) {
+    told = std::to_string(type) + " " + std::string(source) + " " + std::string(text);
+    EXPECT_EQ(EventFile(), "");
+    EXPECT_EQ(house.clock.slept(), milliseconds(0));
+    EXPECT_EQ(house.snmpAgent.sent.size(), 0u);
+  };
+  AppEvent(house.diagnostics, "modImport", "ClearTable_a\r\nb", "B\xFCro\r\nof sw1",
+           EventType::kFailedMail);
+  EXPECT_EQ(told, "2 modImport_ClearTable_a  b B\xFCro  of sw1");
+  EXPECT_EQ(house.Events().size(), 1u);
+  EXPECT_EQ(house.snmpAgent.sent.size(), 1u);
+}
+
+TEST_F(DiagnosticsTest, WatcherIsToldOfEventsThatCannotBeWrittenToo) {
+  std::filesystem::remove(house.installation.path() + "/Debug");
+  WatchTexts();
+  Report("text");
+  EXPECT_EQ(watched, Lines{"text"});
+}
+
+TEST_F(DiagnosticsTest, WatcherIsNotToldOfEventsOfRequests) {
+  WatchTexts();
+  house.loop.Post([&] {
+    const EventLoop::RequestMark request(house.loop);
+    house.loop.Post([&] { Report("of a job inside a request"); });
+    Report("of a request inside a job");
+  });
+  Report("of a job");
+  EXPECT_EQ(watched, (Lines{"of a job", "of a job inside a request"}));
+  EXPECT_EQ(house.Events().size(), 3u);
+}
+
+TEST_F(DiagnosticsTest, WatcherIsToldOfProgress) {
+  struct Case {
+    JobUnit unit;
+    int number;
+    int total;
+  };
+  const Case cases[] = {
+      {JobUnit::kStep, 1, 8}, {JobUnit::kPage, 12, 190}, {JobUnit::kReceiver, 3, 3}};
+  for (const Case& row : cases) {
+    int calls = 0;
+    house.watch.progress = [&](JobUnit unit, int number, int total) {
+      ++calls;
+      EXPECT_EQ(unit, row.unit);
+      EXPECT_EQ(number, row.number);
+      EXPECT_EQ(total, row.total);
+    };
+    TellProgress(house.diagnostics, row.unit, row.number, row.total);
+    EXPECT_EQ(calls, 1);
+  }
+}
+
+TEST_F(DiagnosticsTest, WithoutAWatcherProgressIsToldToNobody) {
+  house.diagnostics.watch = nullptr;
+  EXPECT_NO_THROW(TellProgress(house.diagnostics, JobUnit::kStep, 1, 8));
+  Report("text");
   EXPECT_EQ(house.Events(), Lines{"1\tmodHtml_ReadCssText\ttext"});
 }
 

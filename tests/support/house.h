@@ -71,7 +71,8 @@ class House {
   Listener tcpServer{loop};
   RecordingAgent snmpAgent;
   TrapTarget trapTarget;
-  Diagnostics diagnostics{settings, clock, loop, tcpServer, snmpAgent, trapTarget};
+  JobWatch watch;  // nobody watches until a test sets it
+  Diagnostics diagnostics{settings, clock, loop, tcpServer, snmpAgent, trapTarget, &watch};
   RenderContext render{diagnostics, settings, words, calendar, period, records};
   QueryContext queries{diagnostics, settings, clock, loop, words, period, records};
   ImportContext imports{diagnostics, settings, clock, loop, period};
