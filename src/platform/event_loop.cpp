@@ -33,6 +33,7 @@ struct EventLoop::Implementation {
   std::function<void()> onTurn = [] {};
   std::vector<std::int64_t> jobWaits;  // ticks at which the waits of jobs on the stack should end
   bool inRequest = false;              // what is at work belongs to a request
+  int requests = 0;                    // on the stack
   bool quit = false;
 
   // The handler as an event that is no request, whatever it runs nested on.
@@ -174,10 +175,15 @@ void EventLoop::DelayMs(std::int16_t milliseconds) {
 }
 
 EventLoop::RequestMark::RequestMark(EventLoop& loop)
-    : inRequest_(loop.implementation_->inRequest, true) {}
+    : inRequest_(loop.implementation_->inRequest, true),
+      requests_(loop.implementation_->requests, loop.implementation_->requests + 1) {}
 
 bool EventLoop::InRequest() const {
   return implementation_->inRequest;
+}
+
+bool EventLoop::HasRequest() const {
+  return implementation_->requests > 0;
 }
 
 bool EventLoop::HasOverdueJob() const {

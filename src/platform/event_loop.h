@@ -52,10 +52,14 @@ class EventLoop {
 
    private:
     ScopedFlag inRequest_;
+    ScopedValue<int> requests_;
   };
 
   // True in what runs on behalf of a client: a request, and what it calls.
   bool InRequest() const;
+
+  // True while a request is on the stack, whatever runs on top of it.
+  bool HasRequest() const;
 
   // True while a wait outside of all requests has been lasting a second longer than it should,
   // since requests nest on it. Whoever takes requests in holds them back meanwhile: else
