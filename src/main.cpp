@@ -4,10 +4,12 @@
 #include <string>
 
 #include "import/import.h"
+#include "import/report_marks.h"
 #include "platform/clock.h"
 #include "platform/mail_module.h"
 #include "production/auto_create.h"
 #include "production/mail_reports.h"
+#include "service/console_requests.h"
 #include "service/form_load.h"
 #include "web/connections.h"
 
@@ -38,7 +40,8 @@ int main(int argumentCount, char** arguments) {
   Listener tcpServer(loop);
   UdpAgent snmpAgent(loop);
   TrapTarget trapTarget;
-  const Diagnostics diagnostics{settings, clock, loop, tcpServer, snmpAgent, trapTarget};
+  JobWatch watch;
+  const Diagnostics diagnostics{settings, clock, loop, tcpServer, snmpAgent, trapTarget, &watch};
 
   RenderContext render{diagnostics, settings, words, calendar, period, records};
   QueryContext queries{diagnostics, settings, clock, loop, words, period, records};
@@ -57,11 +60,18 @@ int main(int argumentCount, char** arguments) {
       render,      queries,  records, repReceiver, [&] { return NewSmtp(settings.AppPath, loop); }};
 
   const DailyJobs jobs{[&](bool& done) { Import(imports, done); }, [&] { AutoCreate(production); },
-                       [&] { MailReports(production); }};
+                       [&] { MailReports(production); },
+                       [&](std::int16_t hour) { UpdateHistory_Db(imports, hour); }};
   ServiceHost dartSvc(loop, clock);
   const ServiceRegistry registry;
-  ServiceContext service{diagnostics, settings,  trapTarget, clock, loop,        dartSvc,
-                         registry,    tcpServer, snmpAgent,  words, favIconData, jobs};
+  LocalServer consoleSocket(loop);
+  ServiceContext service{diagnostics, settings, trapTarget,   clock,     loop,
+                         dartSvc,     registry, tcpServer,    snmpAgent, words,
+                         favIconData, jobs,     consoleSocket};
+  OperatorContext operators{settings, clock, period, jobs};
+  consoleSocket.SetHandler([&](const std::string& request, const LocalServer::Answer& answer) {
+    AnswerConsole(service, operators, watch, request, answer);
+  });
   try {
     return Form_Load(service, CommandLine(argumentCount, arguments));
   } catch (const LoopEnded&) {

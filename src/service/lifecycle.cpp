@@ -1,8 +1,11 @@
 // Start and stop, in their order.
 #include "service/lifecycle.h"
 
+#include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/standard_error.h"
 #include "service/connection_strings.h"
+#include "service/console_protocol.h"
 #include "service/debug_folder.h"
 #include "service/error_exit.h"
 #include "service/exit_status.h"
@@ -41,6 +44,15 @@ void SetMorvaneDir(ServiceContext& context, const std::string& snmpcDir) {
   context.settings.MorvaneDir = "c:";
 }
 
+// Without it the service does all that it does by itself, so a failure is no event.
+void OpenConsole(ServiceContext& context) {
+  try {
+    context.consoleSocket.Open(context.settings.AppPath, console::kSocketName);
+  } catch (const Failure& failure) {
+    TellStandardError(std::string("no operator's console: ") + failure.what());
+  }
+}
+
 void StartService(ServiceContext& context) {
   Settings& settings = context.settings;
   if (!settings.ConnMain.empty()) return;
@@ -60,6 +72,7 @@ void StartService(ServiceContext& context) {
   settings.StartTime = context.clock.Now();
   context.startTick = context.clock.TickMs();
   context.timer1 = context.loop.Every(kTimerInterval, [&context] { timer1_Timer(context); });
+  OpenConsole(context);
   context.dartSvc.ReportReady("Started; the sockets open 30 seconds after the start");
 }
 

@@ -34,6 +34,7 @@ void OpenSockets(ServiceContext& context) {
   context.dartSvc.ReportStatus(ListenerStatus(context.tcpServer));
   AppEvent(context.diagnostics, kModule, "dartSvc_State",
            "Service Started. Version: " + std::string(kVersion), EventType::kNotice);
+  context.socketsOpened = true;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "service/console_requests.h"
 #include "support/service_house.h"
 
 namespace quillon {
@@ -270,6 +271,25 @@ TEST_F(HourlyPassTest, TickWhileTheOperatorsJobRunsIsDropped) {
   EXPECT_TRUE(house.service.jobRunning);
   house.service.jobRunning = false;
   EXPECT_EQ(PassAt(12, 0, 30), Lines{"Import"});
+}
+
+TEST_F(HourlyPassTest, TicksInsideTheOperatorsImportAreDroppedAlsoThoseOfTheNextHour) {
+  house.service.socketsOpened = true;
+  house.jobs.Import = [&](bool&) {
+    house.jobCalls.emplace_back("Import");
+    for (int tick = 0; tick < 3; ++tick) {
+      house.loop.Post([&] { HourlyPass(house.service); });
+      house.loop.DelayMs(20'000);
+    }
+    EXPECT_EQ(house.service.LastHour, 11);
+  };
+  house.clock.Set("2024-05-02 12:59:50");
+  AnswerConsole(house.service, house.operators, house.watch, "import", [](std::string_view) {});
+  EXPECT_EQ(house.jobCalls, (Lines{"UpdateHistory_Db 3", "Import"}));
+  EXPECT_EQ(house.service.LastHour, 11);
+  house.jobs.Import = [](bool&) {};
+  Pass();
+  EXPECT_EQ(house.service.LastHour, 13);
 }
 
 }  // namespace

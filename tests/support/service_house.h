@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "service/console_operations.h"
 #include "service/lifecycle.h"
 #include "service/timer.h"
 #include "support/house.h"
@@ -44,11 +45,17 @@ class ServiceHouse : public House {
                    if (importIsDue) done = true;
                  },
                  [this] { jobCalls.emplace_back("AutoCreate"); },
-                 [this] { jobCalls.emplace_back("MailReports"); }};
+                 [this] { jobCalls.emplace_back("MailReports"); },
+                 [this](std::int16_t hour) {
+                   jobCalls.push_back("UpdateHistory_Db " + std::to_string(hour));
+                 }};
+  LocalServer consoleSocket{loop};
   ServiceHost dartSvc{loop, clock};
   ServiceRegistry registry{installation.path()};  // units of a test go nowhere else
-  ServiceContext service{diagnostics, settings,  trapTarget, clock, loop,        dartSvc,
-                         registry,    tcpServer, snmpAgent,  words, favIconData, jobs};
+  ServiceContext service{diagnostics, settings, trapTarget,   clock,     loop,
+                         dartSvc,     registry, tcpServer,    snmpAgent, words,
+                         favIconData, jobs,     consoleSocket};
+  OperatorContext operators{settings, clock, period, jobs};
 
  private:
   void Set(const std::string& table, const std::string& field, const std::string& value) const {
