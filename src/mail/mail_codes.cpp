@@ -19,6 +19,14 @@ constexpr PriorityName kPriorities[] = {
     {"Highest", "1", 1}, {"High", "2", 2}, {"Normal", "3", 3}, {"Low", "4", 4}, {"Lowest", "5", 5}};
 constexpr int kNormalPriority = 3;
 
+// Null for a text that is none.
+const PriorityName* FindPriority(const std::string& text) {
+  for (const PriorityName& known : kPriorities) {
+    if (CompareFolded(text, known.name) == 0 || text == known.number) return &known;
+  }
+  return nullptr;
+}
+
 void TellUnknown(const std::string& what, const std::string& code, const std::string& instead) {
   TellStandardError("mail: " + what + " '" + code + "' is not known, " + instead + " is used");
 }
@@ -26,11 +34,13 @@ void TellUnknown(const std::string& what, const std::string& code, const std::st
 }  // namespace
 
 int MailPriority(const std::string& text) {
-  for (const PriorityName& known : kPriorities) {
-    if (CompareFolded(text, known.name) == 0 || text == known.number) return known.priority;
-  }
+  if (const PriorityName* const known = FindPriority(text)) return known->priority;
   if (!text.empty()) TellUnknown("Priority", text, "Normal");
   return kNormalPriority;
+}
+
+bool IsMailPriority(const std::string& text) {
+  return FindPriority(text) != nullptr;
 }
 
 void CheckAttachmentEncoding(std::int32_t code) {

@@ -12,6 +12,8 @@ enum class BodyFormat { kPlain, kHtmlBeside };
 
 // 1, the highest, to 5. By number or by name, without regard to case.
 int MailPriority(const std::string& text);
+// True of a text that is one of them.
+bool IsMailPriority(const std::string& text);
 
 // Attachments are in base64 whatever the code: nothing else brings them byte for byte.
 void CheckAttachmentEncoding(std::int32_t code);

@@ -31,19 +31,12 @@ struct Release {
 };
 using Url = std::unique_ptr<CURLU, Release<curl_url_cleanup>>;
 
-// Of a name, of an IPv4 or IPv6 address: what else an URL may have at that place leads elsewhere.
-bool IsOfHost(char c) {
-  const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c & 0x80) != 0;
-  return isLetter || (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_' || c == ':';
-}
-
 // What the service calls itself, where this machine has a full name; some servers demand one.
 std::string FullHostName() {
   std::array<char, 256> name{};
   if (gethostname(name.data(), name.size() - 1) != 0) return {};
   const std::string_view text = name.data();
-  const bool isFull =
-      text.find('.') != std::string_view::npos && std::all_of(text.begin(), text.end(), IsOfHost);
+  const bool isFull = text.find('.') != std::string_view::npos && IsMailHost(text);
   return isFull ? std::string(text) : std::string();
 }
 
@@ -52,7 +45,7 @@ Url UrlOf(const SmtpServer& server) {
   const bool isIp6 = server.host.find(':') != std::string::npos;
   const std::string host = isIp6 ? "[" + server.host + "]" : server.host;
   Url url(curl_url());
-  if (!std::all_of(server.host.begin(), server.host.end(), IsOfHost) ||
+  if (!IsMailHost(server.host) ||
       curl_url_set(url.get(), CURLUPART_SCHEME, "smtp", 0) != CURLUE_OK ||
       curl_url_set(url.get(), CURLUPART_HOST, host.c_str(), 0) != CURLUE_OK ||
       curl_url_set(url.get(), CURLUPART_PORT, std::to_string(server.port).c_str(), 0) !=

@@ -14,6 +14,9 @@ struct ReportChoice {
   const SwitchMetric* metric;  // null for the summary
 
   std::string File() const;
+
+  // The choice as it is written: "Access InVolume", "Trunk Summary".
+  std::string Name() const;
 };
 
 // Access ports where the text holds "Access", trunk ports otherwise; the report is the first of

@@ -16,35 +16,6 @@ namespace {
 constexpr std::string_view kProcedure = "SendMailSMTP";
 constexpr std::int16_t kPauseMs = 1000;  // spaces the mails out
 constexpr std::int32_t kHttpPort = 80;
-constexpr std::string_view kSignature = "Quillon Network Reporting\r\nhttps://quillon.example/";
-
-// Sets the mail up as the settings have it, and returns how many further attempts they allow.
-std::int16_t Prepare(const Settings& settings, const std::string& name,
-                     const std::string& recipient, Smtp& mail) {
-  Connection settingsFile;
-  settingsFile.Open(settings.ConnMain);
-  Recordset server;
-  server.Open("Settings_SmtpServer", settingsFile, CursorType::kStatic, LockType::kReadOnly);
-  mail.SetMailServer(server.Field("MailServer").AsText());
-  mail.SetMailPort(server.Field("MailPort").AsLong());
-  mail.SetFrom(server.Field("FromAddr").AsText());
-  mail.SetSubject(server.Field("Subject").AsText());
-  mail.SetPriority(server.Field("Priority").AsText());
-  mail.SetCharSet(server.Field("CharSet").AsText());
-  mail.SetTimeOut(server.Field("TimeOut").AsLong());
-  const std::int16_t retries = server.Field("Retries").AsInteger16();
-  if (server.Field("UseAuth").AsBoolean()) {
-    const bool isLogin = server.Field("AuthMode").AsText() == "AUTH LOGIN";
-    mail.SetAuthMode(isLogin ? Smtp::kAuthLogin : Smtp::kAuthOther);
-    mail.SetAccount(server.Field("Account").AsText());
-    mail.SetPassword(server.Field("Pass").AsText());
-  }
-  mail.SetEncoding(server.Field("Encoding").AsLong());
-  mail.SetBodyEncoding(server.Field("BodyEncoding").AsLong());
-  mail.SetBodyFormat(server.Field("BodyFormat").AsLong());
-  mail.AddRecipient(name, recipient, Smtp::kToRecipient);
-  return retries;
-}
 
 std::string SiteAddress(const Listener& tcpServer) {
   const std::int32_t port = tcpServer.LocalPort();
@@ -72,14 +43,14 @@ void ComposeAndSend(ProductionContext& context, const std::string& name,
                     const std::string& recipient, const Rows<std::string, 5>& reports,
                     const std::string& portReport, bool attachReport, bool includeUrl) {
   const std::unique_ptr<Smtp> mail = context.newSmtp();
-  const std::int16_t retries = Prepare(context.settings, name, recipient, *mail);
+  const std::int16_t retries = PrepareMail(context.settings, name, recipient, *mail);
   std::string links;
   if (attachReport) {
     for (const std::string& report : reports) AttachPage(context, report, *mail, links);
     AttachPage(context, portReport, *mail, links);
     mail->AddAttachment(PathBelow(context.settings, "\\WebReports\\qws.css"), 0);
   }
-  mail->SetBodyText((includeUrl ? links : std::string()).append(kSignature));
+  mail->SetBodyText((includeUrl ? links : std::string()).append(kMailSignature));
   if (context.settings.DebugMode) {
     mail->SaveMailFile(PathBelow(context.settings, "\\Debug\\SendMailSMTP.txt"));
   }
@@ -90,6 +61,33 @@ void ComposeAndSend(ProductionContext& context, const std::string& name,
 }
 
 }  // namespace
+
+std::int16_t PrepareMail(const Settings& settings, const std::string& name,
+                         const std::string& recipient, Smtp& mail) {
+  Connection settingsFile;
+  settingsFile.Open(settings.ConnMain);
+  Recordset server;
+  server.Open("Settings_SmtpServer", settingsFile, CursorType::kStatic, LockType::kReadOnly);
+  mail.SetMailServer(server.Field("MailServer").AsText());
+  mail.SetMailPort(server.Field("MailPort").AsLong());
+  mail.SetFrom(server.Field("FromAddr").AsText());
+  mail.SetSubject(server.Field("Subject").AsText());
+  mail.SetPriority(server.Field("Priority").AsText());
+  mail.SetCharSet(server.Field("CharSet").AsText());
+  mail.SetTimeOut(server.Field("TimeOut").AsLong());
+  const std::int16_t retries = server.Field("Retries").AsInteger16();
+  if (server.Field("UseAuth").AsBoolean()) {
+    const bool isLogin = server.Field("AuthMode").AsText() == "AUTH LOGIN";
+    mail.SetAuthMode(isLogin ? Smtp::kAuthLogin : Smtp::kAuthOther);
+    mail.SetAccount(server.Field("Account").AsText());
+    mail.SetPassword(server.Field("Pass").AsText());
+  }
+  mail.SetEncoding(server.Field("Encoding").AsLong());
+  mail.SetBodyEncoding(server.Field("BodyEncoding").AsLong());
+  mail.SetBodyFormat(server.Field("BodyFormat").AsLong());
+  mail.AddRecipient(name, recipient, Smtp::kToRecipient);
+  return retries;
+}
 
 void SendMailSMTP(ProductionContext& context, const std::string& name, const std::string& recipient,
                   const Rows<std::string, 5>& reports, const std::string& portReport,

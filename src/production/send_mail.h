@@ -1,11 +1,24 @@
 // One report mail.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
+#include "platform/smtp.h"
 #include "production/production_context.h"
+#include "service/settings.h"
 
 namespace quillon {
+
+// Ends every mail.
+inline constexpr std::string_view kMailSignature =
+    "Quillon Network Reporting\r\nhttps://quillon.example/";
+
+// Sets the mail up as Settings_SmtpServer has it, for this recipient, and returns how many further
+// attempts the settings allow. Fails where the row is missing or a field is null.
+std::int16_t PrepareMail(const Settings& settings, const std::string& name,
+                         const std::string& recipient, Smtp& mail);
 
 // Composes the mail by Settings_SmtpServer and sends it, with as many further attempts as Retries
 // tells, then waits a second. A negative number is no attempt at all, and a mail that was not sent.

@@ -85,6 +85,12 @@ TEST(MailPriority, LineEndsInTheTextDoNotMakeTheWordLonger) {
   }
 }
 
+TEST(IsMailPriority, IsTrueOfWhatHasAMeaningOfItsOwn) {
+  for (const char* text : {"1", "5", "Highest", "normal"})
+    EXPECT_TRUE(IsMailPriority(text)) << text;
+  for (const char* text : {"", "0", "6", "urgent"}) EXPECT_FALSE(IsMailPriority(text)) << text;
+}
+
 TEST(CheckAttachmentEncoding, ZeroIsBase64) {
   EXPECT_EQ(StandardErrorOf([] { CheckAttachmentEncoding(0); }), "");
 }

@@ -46,6 +46,9 @@ TEST_F(QuillondbReceivers, WhatKeepsAMailOrReportBackIsFound) {
       {"Recipient = 'anna'",
        "Recipient in Settings_RepReceiver is 'anna'; no mail can go there; write one mail "
        "address\n"},
+      {"Recipient = 'änn@example.org'",
+       "Recipient in Settings_RepReceiver is 'änn@example.org'; no mail can go there; write one "
+       "mail address\n"},
       {"Recipient = NULL", "Recipient in Settings_RepReceiver is null; nobody gets mail\n"},
       {"Top10Rep3 = NULL", "Top10Rep3 in Settings_RepReceiver is null; nobody gets mail\n"},
       {"PortRep = TRUE, PortRepRecNo = 7, PortRepDetails = TRUE",

@@ -3,12 +3,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 
-#include "mail/mail_message.h"
-#include "production/report_choice.h"
 #include "production/report_receivers.h"
+#include "receiver_rules.h"
 
 namespace quillon {
 namespace {
@@ -76,11 +76,13 @@ void CheckReceivers(const SqliteFile& file, const std::string& place,
 
   const std::string_view named = "Name <> ''";
   receivers.CheckTexts("Recipient", named, "no mail can go there; write one mail address",
-                       [](const std::string& text) { return !BareAddress(text).empty(); });
-  receivers.CheckTexts(
-      "TimeSchedule", named,
-      "that mail never goes out; write 1 for daily, 2 for weekly, 3 for monthly",
-      [](const std::string& text) { return text == "1" || text == "2" || text == "3"; });
+                       IsMailAddress);
+  receivers.CheckTexts("TimeSchedule", named,
+                       "that mail never goes out; write 1 for daily, 2 for weekly, 3 for monthly",
+                       [](const std::string& text) {
+                         return std::ranges::find(kMailSchedules, text, &MailSchedule::number) !=
+                                std::end(kMailSchedules);
+                       });
   receivers.CheckTexts(
       "WeekDay", "TimeSchedule = 2",
       "the weekday of the weekly receiver before it counts; write Monday to Sunday",
@@ -88,9 +90,7 @@ void CheckReceivers(const SqliteFile& file, const std::string& place,
   for (const std::string_view column : kChoices) {
     receivers.CheckTexts(
         column, named, "no report is called that; write None, or a choice such as Access InVolume",
-        [](const std::string& text) {
-          return text == kNoReport || ParseReportChoice(text).has_value();
-        });
+        IsReportChoice);
   }
 }
 

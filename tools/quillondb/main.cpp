@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "exit_codes.h"
 #include "platform/clock.h"
 #include "quillondb/check.h"
 #include "quillondb/demo/demo.h"
@@ -16,10 +17,6 @@
 
 namespace quillon {
 namespace {
-
-constexpr int kDone = 0;
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
 
 struct Arguments {
   std::string directory;
