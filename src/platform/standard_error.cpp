@@ -4,12 +4,13 @@
 #include <iostream>
 #include <string>
 
+#include "platform/terminal_text.h"
 #include "platform/text_lines.h"
 
 namespace quillon {
 
 void TellStandardError(std::string_view line) {
-  std::cerr << OneLine(std::string(line)) << std::endl;
+  std::cerr << TerminalText(OneLine(std::string(line))) << std::endl;
 }
 
 }  // namespace quillon

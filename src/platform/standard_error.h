@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-// One line, whatever stands in the text.
+// One line, whatever stands in the text, and nothing that a terminal would take for a command.
 void TellStandardError(std::string_view line);
 
 }  // namespace quillon

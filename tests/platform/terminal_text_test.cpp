@@ -1,0 +1,42 @@
+// What a terminal gets of a text.
+#include "platform/terminal_text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace quillon {
+namespace {
+
+TEST(TerminalText, HasNothingThatATerminalWouldObey) {
+  struct Case {
+    std::string name;
+    std::string shown;
+  };
+  const Case cases[] = {
+      {"Gi0/1", "Gi0/1"},
+      {"\u00C5ngstr\u00F6m \u041C\u043E\u0441\u043A\u0432\u0430 \u4E2D \U0001F600",
+       "\u00C5ngstr\u00F6m \u041C\u043E\u0441\u043A\u0432\u0430 \u4E2D \U0001F600"},
+      {"\x1B[2Jgone", "?[2Jgone"},
+      {"a\nb\tc\rd", "a?b?c?d"},
+      {std::string("a\0b", 3), "a?b"},
+      {"a\x7F", "a?"},
+      {"a\u009B31m", "a?31m"},  // the one-character form of ESC [
+      {"a\x9B"
+       "31m",
+       "a?31m"},                      // the same where a terminal reads bytes
+      {"a\xC0\x9B", "a?"},            // ESC written with too many bytes
+      {"\u202Etxt.exe", "?txt.exe"},  // writes backwards
+      {"\u2066x\u2069 \u200F", "?x? ?"},
+      {"\u2028", "?"},
+      {"\u061C", "?"},
+      {"Z\xFCrich", "Z?rich"},
+      {"cut \xE4\xB8", "cut ??"},
+  };
+  for (const Case& row : cases) {
+    EXPECT_EQ(TerminalText(row.name), row.shown);
+  }
+}
+
+}  // namespace
+}  // namespace quillon
