@@ -1,10 +1,10 @@
-// How the tools end.
+// How the tools end: as the service does, or because they were called wrongly.
 #pragma once
+
+#include "service/exit_status.h"
 
 namespace quillon {
 
-inline constexpr int kDone = 0;
-inline constexpr int kFailed = 1;
-inline constexpr int kWrongUsage = 2;
+inline constexpr int kExitWrongUsage = 2;
 
 }  // namespace quillon

@@ -28,14 +28,14 @@ struct Arguments {
 int Create(const Arguments& arguments) {
   CreateInstallation(arguments.directory);
   std::cout << "Created an installation in " << arguments.directory << "\n";
-  return kDone;
+  return kExitDone;
 }
 
 int Demo(const Arguments& arguments) {
   std::cout << FillDemo(arguments.directory, arguments.replace, SystemClock().Now()) << "\n";
   if (arguments.port != 0) SetListenerPort(arguments.directory, arguments.port);
   SetDemoReceiver(arguments.directory, arguments.mailPort);
-  return kDone;
+  return kExitDone;
 }
 
 int Check(const Arguments& arguments) {
@@ -43,16 +43,16 @@ int Check(const Arguments& arguments) {
   for (const std::string& finding : findings) std::cout << finding << "\n";
   if (findings.empty()) {
     std::cout << "ok\n";
-    return kDone;
+    return kExitDone;
   }
   std::cerr << "quillondb: " << arguments.directory << " needs the repairs listed\n";
-  return kFailed;
+  return kExitFailed;
 }
 
 int ReportDone(const Arguments& arguments) {
   MarkReportDone(arguments.directory, SystemClock().Now());
   std::cout << "The report of today is marked as done\n";
-  return kDone;
+  return kExitDone;
 }
 
 struct Command {
@@ -77,7 +77,7 @@ int RunChosen(const CLI::App& app, const Arguments& arguments) {
   for (const Command& command : kCommands) {
     if (app.got_subcommand(command.name)) return command.run(arguments);
   }
-  return kWrongUsage;
+  return kExitWrongUsage;
 }
 
 int Main(int argc, char** argv) {
@@ -101,13 +101,13 @@ int Main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kDone : kWrongUsage;
+    return app.exit(error) == 0 ? kExitDone : kExitWrongUsage;
   }
   try {
     return RunChosen(app, arguments);
   } catch (const std::exception& error) {
     std::cerr << "quillondb: " << error.what() << "\n";
-    return kFailed;
+    return kExitFailed;
   }
 }
 
