@@ -188,10 +188,24 @@ class Jobs(FormTest):
         form.fill("Listening Port:", "4711")
         form.press_button("Mail Create")
         form.wait_for("Auto Create: page", "Mail Create: another job is still running", "4711")
+        self.assert_progress_leaves_a_complaint(form)
         self.assert_other_console_is_refused()
         self.assertEqual(form.leave(), 0)
         form.wait_for("Auto Create goes on in the service")
         self.assert_restored(form)
+
+    def assert_progress_leaves_a_complaint(self, form):
+        complaint = "Listening Port: 'web' is no number"
+        form.fill("Listening Port:", "web")
+        form.press_button("Save to DB")
+        form.wait_for(complaint, "Auto Create: page")
+        before = self.progress(form)
+        eventually(lambda: self.progress(form) != before, "further pages")
+        self.assertTrue(form.shows(complaint), form.lines())
+
+    @staticmethod
+    def progress(form):
+        return [line for line in form.lines() if "Auto Create: page" in line]
 
     def assert_other_console_is_refused(self):
         with Form(BUILDING) as other:

@@ -70,9 +70,14 @@ def dumps():
     return contents
 
 
+def is_text(path):
+    """Folders and the socket file cannot be read, and a database changes by being looked at."""
+    return (SITE.path / path).is_file() and not path.endswith(".mdb")
+
+
 def files():
     """What stands beside the stored pages, the event file and the side files of databases."""
-    return {path: None if path.endswith(".mdb") or (SITE.path / path).is_dir() else SITE.read(path)
+    return {path: SITE.read(path) if is_text(path) else None
             for path in SITE.tree()
             if ".mdb-" not in path and Path(path).parent.name not in ("Cache", "Debug")}
 
