@@ -18,18 +18,6 @@ namespace {
 
 using namespace std::string_literals;
 
-SmtpScript Offering(const std::string& offer) {
-  SmtpScript script;
-  script.offers = {offer};
-  return script;
-}
-
-SmtpScript Answering(SmtpPoint point, const std::string& answer) {
-  SmtpScript script;
-  script.answers[point] = SmtpAnswer::Say(answer);
-  return script;
-}
-
 class SmtpClientTest : public testing::Test {
  protected:
   // All that a mail needs, in the order in which the report mails set it.

@@ -26,12 +26,6 @@ inline const std::string kMail =
 // A limit that begins anew at each byte or command, or a default, lasts longer by far.
 inline constexpr auto kBeyondTheLimit = seconds(5);
 
-inline SmtpScript Offering(const std::string& offer) {
-  SmtpScript script;
-  script.offers = {offer};
-  return script;
-}
-
 inline SmtpScript With(SmtpPoint point, const SmtpAnswer& answer) {
   SmtpScript script;
   if (point == SmtpPoint::kHelo) {

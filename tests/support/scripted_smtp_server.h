@@ -56,6 +56,18 @@ struct SmtpScript {
   std::map<SmtpPoint, SmtpAnswer> answers;  // where it is not a server that takes every mail
 };
 
+// A server that offers this, or answers so at that point, and is as friendly as any otherwise.
+inline SmtpScript Offering(const std::string& offer) {
+  SmtpScript script;
+  script.offers = {offer};
+  return script;
+}
+inline SmtpScript Answering(SmtpPoint point, const std::string& answer) {
+  SmtpScript script;
+  script.answers[point] = SmtpAnswer::Say(answer);
+  return script;
+}
+
 // What a client said on one connection.
 struct SmtpSession {
   // The lines in their order, those of an exchange that AUTH has begun among them.

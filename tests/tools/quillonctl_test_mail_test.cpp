@@ -27,18 +27,6 @@ class QuillonctlTestMail : public Quillonctl {
   }
 };
 
-SmtpScript Offering(const std::string& offer) {
-  SmtpScript script;
-  script.offers = {offer};
-  return script;
-}
-
-SmtpScript Answering(SmtpPoint point, const std::string& answer) {
-  SmtpScript script;
-  script.answers[point] = SmtpAnswer::Say(answer);
-  return script;
-}
-
 TEST_F(QuillonctlTestMail, MailIsMadeByTheSettings) {
   ScriptedSmtpServer server;
   Set("FromAddr = 'Quillon <reports@example.org>', Subject = 'Täglich', Priority = 'High'");
