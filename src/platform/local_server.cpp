@@ -50,8 +50,7 @@ struct Client {
 
 using ClientPtr = std::shared_ptr<Client>;
 
-// Root may ask; everybody else has to be this process's user, whatever the file's rights
-// are.
+// Root may ask; everybody else has to be this process's user, whatever the file's rights are.
 bool IsOwner(stream_protocol::socket& socket) {
   ucred peer{};
   socklen_t size = sizeof peer;
@@ -180,16 +179,19 @@ void LocalServer::Implementation::TakeText(const ClientPtr& client, std::size_t 
   client->request.resize(end);
   client->limit.cancel();
   client->isLimited = false;
-  Begin(client, loop_.HasRequest() ? kWaitsForRequests : 0);
+  Begin(client, kWaitsForRequests);
 }
 
 // A job on top of a browser's request would keep that browser waiting for its own end, minutes
-// perhaps. Requests last for half a second; a flood of them is not waited for.
+// perhaps. Requests last for half a second; a flood of them is not waited for. The look is taken
+// where the job would begin: a request may have come before that event has its turn.
 void LocalServer::Implementation::Begin(const ClientPtr& client, int waits) {
-  if (waits == 0) return loop_.Post([this, client] { CarryOut(client); });
-  client->pause.expires_after(kPauseForRequests);
-  client->pause.async_wait([this, client, waits](const asio::error_code& cancelled) {
-    if (!cancelled && client->up) Begin(client, loop_.HasRequest() ? waits - 1 : 0);
+  loop_.Post([this, client, waits] {
+    if (waits == 0 || !loop_.HasRequest()) return CarryOut(client);
+    client->pause.expires_after(kPauseForRequests);
+    client->pause.async_wait([this, client, waits](const asio::error_code& cancelled) {
+      if (!cancelled && client->up) Begin(client, waits - 1);
+    });
   });
 }
 

@@ -3,6 +3,7 @@
 #include "platform/listener_fixture.h"
 #include "platform/local_server.h"
 #include "platform/local_server_fixture.h"
+#include "platform/scoped_flag.h"
 #include "support/open_descriptors.h"
 
 namespace quillon {
@@ -208,6 +209,26 @@ TEST_F(LocalServerTest, HandlerWaitsForARequestThatABrowserWaitsFor) {
     for (int round = 0; round < 10; ++round) Settle();
     EXPECT_EQ(requests, Lines{});
   }
+  EXPECT_TRUE(Until([&] { return client->HungUpOn(); }));
+  EXPECT_EQ(requests, Lines{"import"});
+}
+
+// Both are ready in one turn of the loop, the line of the client first.
+TEST_F(LocalServerTest, HandlerWaitsForARequestThatBeginsBeforeItHasItsTurn) {
+  Open();
+  const auto client = Connect();
+  Settle();
+  bool inBrowser = false;
+  bool hasBeen = false;
+  onRequest = [&](const std::string&, const LocalServer::Answer&) { EXPECT_FALSE(inBrowser); };
+  const auto timer = loop.Every(std::chrono::milliseconds(1), [&] {
+    if (std::exchange(hasBeen, true)) return;
+    const EventLoop::RequestMark browser(loop);
+    const ScopedFlag waits(inBrowser, true);
+    for (int round = 0; round < 5; ++round) Settle();
+  });
+  client->Send("import\n");
+  std::this_thread::sleep_for(std::chrono::milliseconds(5));
   EXPECT_TRUE(Until([&] { return client->HungUpOn(); }));
   EXPECT_EQ(requests, Lines{"import"});
 }
