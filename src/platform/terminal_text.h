@@ -10,4 +10,7 @@ namespace quillon {
 // its colours or the order of what it shows, and for each byte that is no UTF-8.
 std::string TerminalText(std::string_view text);
 
+// The same of each line of the text, with LF between them and none at the end.
+std::string TerminalLines(std::string_view text);
+
 }  // namespace quillon

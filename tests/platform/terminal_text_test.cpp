@@ -24,18 +24,28 @@ TEST(TerminalText, HasNothingThatATerminalWouldObey) {
       {"a\u009B31m", "a?31m"},  // the one-character form of ESC [
       {"a\x9B"
        "31m",
-       "a?31m"},                      // the same where a terminal reads bytes
-      {"a\xC0\x9B", "a?"},            // ESC written with too many bytes
-      {"\u202Etxt.exe", "?txt.exe"},  // writes backwards
+       "a?31m"},                                            // the same where a terminal reads bytes
+      {"a\xC0\x9B", "a?"},                                  // ESC written with too many bytes
+      {"\xC1\x81 \xE0\x80\xAF \xF0\x8F\xBF\xBF", "? ? ?"},  // the same of others
+      {"\u202Etxt.exe", "?txt.exe"},                        // writes backwards
       {"\u2066x\u2069 \u200F", "?x? ?"},
       {"\u2028", "?"},
       {"\u061C", "?"},
       {"Z\xFCrich", "Z?rich"},
       {"cut \xE4\xB8", "cut ??"},
+      {"\xED\xA0\x80 \xED\xBF\xBF", "? ?"},  // halves of characters
+      {"\xF8\x88\x80\x80\x80", "??"},
+      {"\xF4\x90\x80\x80", "?"},  // behind the last character
   };
   for (const Case& row : cases) {
     EXPECT_EQ(TerminalText(row.name), row.shown);
   }
+}
+
+TEST(TerminalText, KeepsTheLinesOfATextThatHasSome) {
+  EXPECT_EQ(TerminalLines("a\x1B\n\nb\r\n"), "a?\n\nb");
+  EXPECT_EQ(TerminalLines("no \t end"), "no ? end");
+  EXPECT_EQ(TerminalLines(""), "");
 }
 
 }  // namespace

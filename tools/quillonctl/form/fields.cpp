@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "platform/terminal_text.h"
-#include "platform/text_lines.h"
 
 namespace quillon {
 namespace {
@@ -32,13 +31,6 @@ std::string WordOnScreen(Place screen) {
     word += static_cast<char>(character);
   }
   return word;
-}
-
-// A text of other programs, whose lines stay lines.
-std::string Printable(std::string_view text) {
-  std::string printable;
-  while (!text.empty()) printable.append(TerminalText(TakeLine(text))).append("\n");
-  return printable;
 }
 
 }  // namespace
@@ -109,7 +101,7 @@ TextPane::TextPane(Window& window, Place place, Size size)
           newtTextbox(place.column, place.row, size.columns, size.rows, NEWT_FLAG_WRAP))) {}
 
 void TextPane::SetText(const std::string& text) {
-  newtTextboxSetText(component_, Printable(text).c_str());
+  newtTextboxSetText(component_, TerminalLines(text).c_str());
 }
 
 }  // namespace quillon
