@@ -12,6 +12,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/descriptor.h"
 #include "platform/failure.h"
 #include "platform/text_lines.h"
 
@@ -32,21 +33,6 @@ std::string Shown(std::string_view name) {
   const std::string reason = std::strerror(errno);
   throw FileFailure(what + " " + Shown(path) + ": " + reason);
 }
-
-// A file descriptor that closes itself.
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-  ~Descriptor() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
 
 bool IsPlainName(std::string_view name) {
   constexpr std::string_view kForbidden("/\\\0", 3);
