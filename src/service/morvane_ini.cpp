@@ -26,12 +26,9 @@ std::int16_t ToPort(const std::string& text) {
 }
 
 void TakeSetting(std::string_view line, Settings& settings) {
-  const std::size_t equals = line.find('=');
-  if (line.starts_with(';') || line.starts_with('[') || equals == std::string_view::npos) return;
-  const std::string key = Trimmed(line.substr(0, equals));
-  const std::string value = Trimmed(line.substr(equals + 1));
-  if (key == "ServerIpAddr") settings.ServerIpAddr = value;
-  if (key == "ServerTrapPort") settings.ServerTrapPort = ToPort(value);
+  const IniSetting setting = IniSettingIn(line);
+  if (setting.key == "ServerIpAddr") settings.ServerIpAddr = setting.value;
+  if (setting.key == "ServerTrapPort") settings.ServerTrapPort = ToPort(setting.value);
 }
 
 }  // namespace
@@ -40,6 +37,12 @@ std::string MorvaneIniPath(const Settings& settings) {
   std::string path = settings.MorvaneDir + "\\Morvane.ini";
   std::replace(path.begin(), path.end(), '\\', '/');
   return path.starts_with('/') ? path : settings.AppPath + "/" + path;
+}
+
+IniSetting IniSettingIn(std::string_view line) {
+  const std::size_t equals = line.find('=');
+  if (line.starts_with(';') || line.starts_with('[') || equals == std::string_view::npos) return {};
+  return {Trimmed(line.substr(0, equals)), Trimmed(line.substr(equals + 1))};
 }
 
 void ReadMorvaneIni(ServiceContext& context) {
