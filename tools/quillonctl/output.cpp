@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <system_error>
 
+#include "csv_record.h"
 #include "platform/failure.h"
 #include "platform/number_text.h"
 #include "platform/standard_error.h"
@@ -91,21 +92,9 @@ std::string PlainFields(const OutputFields& fields) {
   return Aligned(lines, {Kind::kText, Kind::kText});
 }
 
-// In quotes where the text holds what else would end the field or the line.
-std::string CsvField(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string quoted = "\"";
-  for (const char character : text) {
-    if (character == '"') quoted += '"';
-    quoted += character;
-  }
-  return quoted + '"';
-}
-
 std::string CsvLine(const std::vector<std::string>& texts) {
   std::string line;
-  for (const std::string& text : texts) line += CsvField(text) + ',';
-  line.back() = '\n';
+  AppendCsvRecord(line, texts);
   return line;
 }
 

@@ -1,7 +1,6 @@
 // The directory and the rights.
 #include "quillonctl/place.h"
 
-#include <grp.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,8 +8,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "installation_owner.h"
 #include "platform/failure.h"
-#include "platform/files.h"
 #include "platform/program_path.h"
 
 namespace quillon {
@@ -25,13 +24,6 @@ constexpr const char* kSettingsFile = "Quillon.mdb";
                     " belongs to another user; call this program as that user, or as root");
 }
 
-// A link could be anybody's, so it is not followed.
-struct stat Status(const std::string& path) {
-  struct stat status {};
-  if (lstat(path.c_str(), &status) == 0) return status;
-  throw FileFailure(path + ": " + std::strerror(errno));
-}
-
 void RequireSettings(const std::string& directory) {
   const std::string path = directory + "/" + kSettingsFile;
   struct stat status {};
@@ -43,38 +35,13 @@ void RequireSettings(const std::string& directory) {
   if (!S_ISREG(status.st_mode)) throw FileFailure(path + " is no ordinary file");
 }
 
-// Whom the installation belongs to: the first one who is not root among the owners of what is
-// written into. Whose directory it is may have put root's file in the place of another.
-struct stat Owner(const std::string& directory) {
-  struct stat owner = Status(directory);
-  for (const char* name : {kSettingsFile, "WebReports", "Debug"}) {
-    const std::string path = directory + "/" + name;
-    if (owner.st_uid != 0) break;
-    if (PathExists(path)) owner = Status(path);
-  }
-  return owner;
-}
-
-void Require(int result, const char* what) {
-  if (result == 0) return;
-  throw FileFailure(std::string("cannot take over the rights of the installation's owner: ") +
-                    what + ": " + std::strerror(errno));
-}
-
-void BecomeOwner(const struct stat& owner) {
-  Require(setgroups(0, nullptr), "setgroups");
-  Require(setgid(owner.st_gid), "setgid");
-  Require(setuid(owner.st_uid), "setuid");
-}
-
 }  // namespace
 
 std::string EnterInstallation(const std::string& given) {
   std::string directory = given.empty() ? ProgramDirectory() : fs::absolute(given).string();
   while (directory.size() > 1 && directory.ends_with('/')) directory.pop_back();
   RequireSettings(directory);
-  const struct stat owner = Owner(directory + "/.");
-  if (geteuid() == 0 && owner.st_uid != 0) BecomeOwner(owner);
+  BecomeOwner(directory);
   if (geteuid() != 0 && access((directory + "/" + kSettingsFile).c_str(), R_OK | W_OK) != 0) {
     FailForeign(directory);
   }

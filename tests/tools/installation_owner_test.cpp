@@ -1,0 +1,106 @@
+// Whose an installation is, and root acting as that user.
+#include "installation_owner.h"
+
+#include <grp.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "support/temporary_folder.h"
+
+namespace quillon {
+namespace {
+
+constexpr uid_t kNobody = 65534;
+
+// A directory of nobody's with a folder of root's in it.
+class InstallationOwner : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can act as somebody else";
+    std::filesystem::create_directories(Path("Debug"));
+    Give(home_.path());
+  }
+
+  std::string Path(const std::string& name) const { return home_.path() + "/" + name; }
+
+  void Give(const std::string& path) const { ASSERT_EQ(lchown(path.c_str(), kNobody, kNobody), 0); }
+
+  static bool CanWrite(const std::string& path) { return std::ofstream(path).is_open(); }
+
+  static uid_t UserOf(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
+    return status.st_uid;
+  }
+
+  const std::string& directory() const { return home_.path(); }
+
+ private:
+  TemporaryFolder home_;
+};
+
+TEST_F(InstallationOwner, IsThatOfTheDirectoryWhoeverHasPutFilesIntoIt) {
+  EXPECT_EQ(OwnerOf(directory()).user, kNobody);
+  EXPECT_EQ(OwnerOf(directory()).group, kNobody);
+}
+
+TEST_F(InstallationOwner, OfADirectoryOfRootsIsThatOfWhatTheServiceWrites) {
+  ASSERT_EQ(chown(directory().c_str(), 0, 0), 0);
+  EXPECT_EQ(OwnerOf(directory()).user, 0U);
+  Give(Path("Debug"));
+  EXPECT_EQ(OwnerOf(directory()).user, kNobody);
+}
+
+TEST_F(InstallationOwner, OfNoDirectoryIsAFailureThatNamesIt) {
+  EXPECT_THROW(OwnerOf(Path("none")), FileFailure);
+  EXPECT_NO_THROW(BecomeOwner(Path("none")));
+  ASSERT_TRUE(CanWrite(Path("file")));
+  EXPECT_NO_THROW(BecomeOwner(Path("file")));
+}
+
+TEST_F(InstallationOwner, HasHisOwnRightsAloneForTheScope) {
+  const gid_t caller = getegid();
+  {
+    const OwnerRights rights(directory());
+    EXPECT_TRUE(CanWrite(Path("his")));
+    EXPECT_FALSE(CanWrite(Path("Debug/roots")));
+    EXPECT_EQ(static_cast<std::size_t>(getgroups(0, nullptr)), GroupsOf(kNobody).size());
+  }
+  EXPECT_EQ(UserOf(Path("his")), kNobody);
+  EXPECT_TRUE(CanWrite(Path("Debug/roots")));
+  EXPECT_EQ(getegid(), caller);
+}
+
+TEST_F(InstallationOwner, StepsBackForWhatTheCallerNames) {
+  const OwnerRights rights(directory());
+  {
+    const CallersRights caller(rights);
+    EXPECT_TRUE(CanWrite(Path("Debug/roots")));
+  }
+  EXPECT_FALSE(CanWrite(Path("Debug/more")));
+}
+
+TEST_F(InstallationOwner, GivesTheCallersGroupsBack) {
+  const gid_t groups[] = {4, 20};
+  ASSERT_EQ(setgroups(2, groups), 0);
+  { const OwnerRights rights(directory()); }
+  gid_t found[3] = {};
+  EXPECT_EQ(getgroups(3, found), 2);
+  EXPECT_EQ(found[1], 20U);
+  ASSERT_EQ(setgroups(0, nullptr), 0);
+}
+
+TEST_F(InstallationOwner, WhoIsRootChangesNothing) {
+  ASSERT_EQ(chown(directory().c_str(), 0, 0), 0);
+  const OwnerRights rights(directory());
+  EXPECT_EQ(geteuid(), 0U);
+}
+
+}  // namespace
+}  // namespace quillon
