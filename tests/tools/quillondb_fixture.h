@@ -16,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include "support/reserved_port.h"
 #include "support/sql_rows.h"
 
 namespace quillon {
@@ -90,6 +91,18 @@ class Quillondb : public testing::Test {
     CopyWebFiles();
   }
 
+  // Moves the site to a port that nobody else has: a check would find that another program of this
+  // machine listens on the usual one.
+  void UseFreePort() const {
+    Sql("Quillon.mdb", fmt::format("UPDATE Settings_WebServer SET TcpPort = {}", port_.number()));
+  }
+
+  // An installation of which nothing is missing, and in which a check finds nothing.
+  void CreateForCheck() const {
+    CreateWhole();
+    UseFreePort();
+  }
+
   void CreateWithDemo() const {
     ASSERT_EQ(Run("create {}").status, 0);
     const Outcome demo = Run("demo {}");
@@ -117,6 +130,7 @@ class Quillondb : public testing::Test {
   }
 
   MiddayZone zone_;
+  ReservedPort port_;
   fs::path root_;
   fs::path home_;  // the installation; made by the program, not by this
 };

@@ -1,6 +1,7 @@
 // The steps of a new installation.
 #include "quillondb/installation.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <string_view>
 
@@ -8,6 +9,8 @@
 #include "import/schema/databases.h"
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "quillondb/folders.h"
+#include "quillondb/side_files.h"
 #include "render/stylesheet.h"
 
 namespace quillon {
@@ -20,40 +23,12 @@ constexpr const char* kMorvaneIniText =
     "ServerIpAddr=127.0.0.1\r\n"
     "ServerTrapPort=162\r\n";
 
-// A database and what can stand beside it; none of them may be there before a new one.
-constexpr const char* kDatabaseEndings[] = {"", "-wal", "-shm", "-journal"};
-
-void RefuseExisting(const fs::path& path) {
-  std::error_code ignored;
-  if (!fs::exists(fs::symlink_status(path, ignored))) return;
-  throw FileFailure(path.string() + " exists already and is not overwritten; move it away first");
-}
-
 void RefuseExistingDatabases(const fs::path& directory) {
   for (const Database& database : kDatabases) {
-    for (const char* ending : kDatabaseEndings) {
-      RefuseExisting(directory / (std::string(database.fileName) + ending));
+    for (const std::string& file : WithSideFiles(std::string(database.fileName))) {
+      RefuseExisting(directory / file, "move it away first");
     }
   }
-}
-
-void MakeFolder(const fs::path& path) {
-  std::error_code failure;
-  fs::create_directories(path, failure);
-  if (failure) throw FileFailure(path.string() + ": cannot be made: " + failure.message());
-}
-
-// Whoever can open the directory could hold the lock by which one service runs in it.
-void MakeHome(const fs::path& directory) {
-  std::error_code ignored;
-  if (fs::is_directory(directory, ignored)) return;
-  MakeFolder(directory);
-  fs::permissions(directory, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec);
-}
-
-void MakeFolders(const fs::path& directory) {
-  MakeHome(directory);
-  for (const char* folder : kFolders) MakeFolder(directory / folder);
 }
 
 // A file that is there belongs to the operator and stays.
@@ -68,6 +43,7 @@ void WriteIfMissing(const fs::path& path, std::string_view text) {
 void CreateInstallation(const std::string& directory) {
   const fs::path home(directory);
   RefuseExistingDatabases(home);
+  MakeHome(home);
   MakeFolders(home);
   WriteIfMissing(home / kMorvaneIni, kMorvaneIniText);
   WriteIfMissing(home / "WebReports" / "qws.css", StylesheetText(FindTheme(kDefaultTheme)));
@@ -81,12 +57,26 @@ void SetListenerPort(const std::string& directory, int port) {
       .Run(port);
 }
 
+bool HasNoDatabase(const std::string& directory) {
+  return std::ranges::none_of(kDatabases, [&](const Database& database) {
+    const fs::path path = fs::path(directory) / database.fileName;
+    return std::ranges::any_of(WithSideFiles(path.string()), IsThere);
+  });
+}
+
 void RequireDatabases(const std::string& directory) {
   for (const Database& database : kDatabases) {
     const fs::path path = fs::path(directory) / database.fileName;
-    std::error_code ignored;
-    if (fs::is_regular_file(path, ignored)) continue;
-    throw FileFailure(path.string() + " is missing; 'quillondb create' makes an installation");
+    std::error_code failure;
+    const fs::file_status status = fs::status(path, failure);
+    if (fs::is_regular_file(status)) continue;
+    if (!fs::status_known(status)) {
+      throw FileFailure(path.string() + ": " + failure.message() +
+                        "; call this program as the installation's owner, or as root");
+    }
+    throw FileFailure(path.string() + " is missing; " +
+                      (HasNoDatabase(directory) ? "'quillondb create' makes an installation"
+                                                : "restore a backup ('quillondb restore')"));
   }
 }
 

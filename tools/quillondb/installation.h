@@ -21,6 +21,9 @@ void CreateInstallation(const std::string& directory);
 // Lets the listener of the installation use another port from its next start on.
 void SetListenerPort(const std::string& directory, int port);
 
+// Whether nothing of any database is there, so that CreateInstallation would make them.
+bool HasNoDatabase(const std::string& directory);
+
 // Throws std::runtime_error, with a word on what to do, where a database is missing.
 void RequireDatabases(const std::string& directory);
 
