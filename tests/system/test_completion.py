@@ -80,6 +80,11 @@ class OfferedForQuillonctl(Offered, unittest.TestCase):
 class OfferedForQuillondb(Offered, unittest.TestCase):
     program = "quillondb"
 
+    def test_the_help_tells_the_tables(self):
+        for command in ("load", "export"):
+            self.assertEqual(read_help(self.program, command).choices,
+                             {"--table": {"VLAN", "MAC", "HostDiskInfo"}})
+
 
 class Values(unittest.TestCase):
     @classmethod
@@ -127,7 +132,7 @@ class Words(unittest.TestCase):
         self.assertEqual(offers("/usr/local/bin/quillondb", "che"), ["check"])
 
 
-class Directories(unittest.TestCase):
+class Paths(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory(prefix="quillon completion ")
         self.addCleanup(folder.cleanup)
@@ -135,11 +140,35 @@ class Directories(unittest.TestCase):
         (Path(self.folder) / "my site").mkdir()
         (Path(self.folder) / "my file").touch()
 
-    def test_they_are_offered_and_files_are_not(self):
+    def offered_behind(self, *words):
+        """The names that follow "my"."""
+        return {Path(path).name for path in offers(*words, f"{self.folder}/my")}
+
+    def test_where_a_directory_belongs_files_are_not_offered(self):
         for words in (["quillonctl", "-C"], ["quillonctl", "--directory"], ["quillondb", "create"],
-                      ["quillondb", "demo", "--replace"]):
+                      ["quillondb", "demo", "--replace"], ["quillondb", "check", "--brief"],
+                      ["quillondb", "sync-jet", "--reports", "a.mdb", "--dry-run"],
+                      ["quillondb", "load", "--table", "MAC", "a.csv"],
+                      ["quillondb", "export", "--table", "MAC", "-"],
+                      ["quillondb", "backup"], ["quillondb", "backup", "/opt"],
+                      ["quillondb", "restore"], ["quillondb", "restore", "--replace", "/opt"]):
             with self.subTest(words=words):
-                self.assertEqual(offers(*words, f"{self.folder}/my"), [f"{self.folder}/my site"])
+                self.assertEqual(self.offered_behind(*words), {"my site"})
+
+    def test_where_a_file_belongs_it_is_offered_and_its_folder_too(self):
+        for words in (["quillondb", "load", "--table", "VLAN"],
+                      ["quillondb", "export", "--table", "=", "VLAN"],
+                      ["quillondb", "import-jet", "--reports"],
+                      ["quillondb", "import-jet", "--history"],
+                      ["quillondb", "import-jet", "--replace", "--settings"],
+                      ["quillondb", "sync-jet", "--reports", "="]):
+            with self.subTest(words=words):
+                self.assertEqual(self.offered_behind(*words), {"my site", "my file"})
+
+    def test_nothing_is_offered_behind_the_last_one(self):
+        for words in (["create", "/opt"], ["load", "a.csv", "/opt"], ["backup", "/opt", "/var"]):
+            with self.subTest(words=words):
+                self.assertEqual(self.offered_behind("quillondb", *words), set())
 
 
 class Keys(unittest.TestCase):

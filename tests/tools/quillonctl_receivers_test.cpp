@@ -8,7 +8,7 @@ const std::string kNewcomer = "receivers add --name Ann --recipient ann@example.
 
 class QuillonctlReceivers : public Quillonctl {
  protected:
-  QuillonctlReceivers() { CreateWhole(); }
+  QuillonctlReceivers() { CreateForCheck(); }
 
   void Settings(const std::string& sql) const { Sql("Quillon.mdb", sql); }
   std::vector<Row> Receivers() const {

@@ -10,6 +10,7 @@ using QuillondbCreate = Quillondb;
 TEST_F(QuillondbCreate, MakesADirectoryThatPassesTheCheckOnceTheWebFilesAreThere) {
   EXPECT_EQ(Run("create {}").status, 0);
   CopyWebFiles();
+  UseFreePort();
   const Outcome check = Run("check {}");
   EXPECT_EQ(check.out, "ok\n");
   EXPECT_EQ(check.status, 0);

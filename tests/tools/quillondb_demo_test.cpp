@@ -21,6 +21,7 @@ TEST_F(QuillondbDemo, NeedsCreatedDatabases) {
 TEST_F(QuillondbDemo, LeavesAnInstallationThatPassesTheCheck) {
   CreateWithDemo();
   CopyWebFiles();
+  UseFreePort();
   EXPECT_EQ(Run("check {}").out, "ok\n");
 }
 
@@ -133,6 +134,7 @@ TEST_F(QuillondbDemoMail, LeavesAnInstallationThatPassesTheCheck) {
   Run("create {}");
   Run("demo {} --mail-port 2525");
   CopyWebFiles();
+  UseFreePort();
   EXPECT_EQ(Run("check {}").out, "ok\n");
 }
 

@@ -1,9 +1,22 @@
 // Indexes by their columns.
-#include "quillondb/check_indexes.h"
+#include "quillondb/check/indexes.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 
 namespace quillon {
+namespace {
+
+// "VLAN_IfIndex_RecNo".
+std::string NameOf(const std::string& table, const std::string& columns) {
+  std::string name = table + "_" + columns;
+  std::erase(name, ' ');
+  std::ranges::replace(name, ',', '_');
+  return name;
+}
+
+}  // namespace
 
 std::vector<std::string> IndexesOf(const SqliteFile& file, std::string_view table) {
   std::vector<std::string> indexes;
@@ -21,8 +34,10 @@ void CheckIndexes(const SqliteFile& file, const std::string& place, const std::s
   const std::vector<std::string> indexes = IndexesOf(file, table);
   for (const std::string& columns : expected) {
     if (std::ranges::find(indexes, columns) != indexes.end()) continue;
-    findings.push_back(place + table + " has no index on (" + columns +
-                       "), so pages are slow; add one with CREATE INDEX");
+    findings.push_back(
+        fmt::format("{0}{1} has no index on ({2}), so pages are slow; run 'CREATE INDEX {3} ON {1}"
+                    " ({2})' in it",
+                    place, table, columns, NameOf(table, columns)));
   }
 }
 

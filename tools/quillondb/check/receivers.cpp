@@ -1,5 +1,5 @@
 // The rules on receivers.
-#include "quillondb/check_receivers.h"
+#include "quillondb/check/receivers.h"
 
 #include <fmt/format.h>
 
@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "production/report_receivers.h"
+#include "quillondb/check/findings.h"
 #include "receiver_rules.h"
 
 namespace quillon {
@@ -39,7 +40,9 @@ class Receivers {
         "SELECT COUNT(*) FROM Settings_RepReceiver WHERE {} IS NULL AND {}", column, rows));
     if (found == 0) return;
     findings_.push_back(
-        fmt::format("{}{} in Settings_RepReceiver is null; nobody gets mail", place_, column));
+        fmt::format("{}{} in Settings_RepReceiver is null; nobody gets mail until it holds a"
+                    " value, or its row is deleted",
+                    place_, column));
   }
 
   // A line for each value of the column, among these rows, that `isRight` is false for.
@@ -50,12 +53,14 @@ class Receivers {
         file_.Prepare(fmt::format("SELECT DISTINCT {0} COLLATE BINARY FROM Settings_RepReceiver "
                                   "WHERE {0} IS NOT NULL AND {1}",
                                   column, rows));
+    std::vector<std::string> found;
     while (values.Step()) {
       const std::string text = values.Text(0);
       if (isRight(text)) continue;
-      findings_.push_back(
+      found.push_back(
           fmt::format("{}{} in Settings_RepReceiver is '{}'; {}", place_, column, text, advice));
     }
+    AppendFirst(place_, found, findings_);
   }
 
  private:

@@ -1,7 +1,9 @@
 // The rules on single fields: what SQL can tell is a row of the table here.
-#include "quillondb/check_fields.h"
+#include "quillondb/check/fields.h"
 
 #include <fmt/format.h>
+
+#include "quillondb/check/findings.h"
 
 namespace quillon {
 namespace {
@@ -19,6 +21,19 @@ constexpr std::string_view kIsNoDate =
 
 constexpr std::string_view kWriteDate =
     "write a valid date as 'YYYY-MM-DD HH:MM:SS', or reading it can fail";
+
+// The report is read by its days alone.
+constexpr std::string_view kHasNoDay =
+    "{0} IS NOT NULL AND strftime('%Y-%m-%d', {0}, '+0 days') IS NOT substr({0}, 1, 10)";
+
+constexpr std::string_view kReportDay =
+    "the row counts on no day; the management product has to write 'YYYY-MM-DD HH:MM:SS'";
+
+constexpr std::string_view kIsNull = "{0} IS NULL";
+
+constexpr std::string_view kReportSize =
+    "storages behind that row are missing in the history; the management product has to write"
+    " a number";
 
 constexpr std::string_view kNamesNoTable = "ifnull({0}, '') = ''";
 
@@ -48,7 +63,12 @@ constexpr FieldRule kFieldRules[] = {
     {"Disk_HistCtrl", "StorageDate", kIsNoDate, kWriteDate},
     {"Disk_HistCtrl", "HistTable", kNamesNoTable, kNameTable},
     {"VLAN", "RecNo", kIsNoDevice, kNumberDevice},
+    {"VLAN", "InOctetsDate", kHasNoDay, kReportDay},
+    {"VLAN", "LastUpdate", kHasNoDay, kReportDay},
     {"HostDiskInfo", "RecNo", kIsNoDevice, kNumberDevice},
+    {"HostDiskInfo", "LastUpdate", kHasNoDay, kReportDay},
+    {"HostDiskInfo", "FreeRawM", kIsNull, kReportSize},
+    {"HostDiskInfo", "UsedRawM", kIsNull, kReportSize},
 };
 
 // Each wrong value once, as a finding shows it, with the number of its rows.
@@ -65,13 +85,15 @@ void CheckFields(const SqliteFile& file, const std::string& place, std::string_v
                  std::vector<std::string>& findings) {
   for (const FieldRule& rule : kFieldRules) {
     if (rule.table != table) continue;
+    std::vector<std::string> found;
     SqliteStatement values = file.Prepare(SelectWrongValues(rule));
     while (values.Step()) {
       const bool once = values.Integer(1) == 1;
-      findings.push_back(
+      found.push_back(
           fmt::format("{}{} in {} is {}{}; {}", place, rule.column, table, values.Text(0),
                       once ? "" : fmt::format(" in {} rows", values.Integer(1)), rule.advice));
     }
+    AppendFirst(place, found, findings);
   }
 }
 

@@ -1,7 +1,9 @@
 // Days by their number of rows. What is no date is found with the fields.
-#include "quillondb/check_days.h"
+#include "quillondb/check/days.h"
 
 #include <string_view>
+
+#include "quillondb/check/findings.h"
 
 namespace quillon {
 namespace {
@@ -12,15 +14,21 @@ struct DatedTable {
   std::string_view date;
   std::string_view kind;    // what else tells the rows of one day apart
   std::string_view remedy;  // of several rows of a day
+  std::string_view early;   // the same of a day to come
 };
 
 constexpr std::string_view kFree = "keep one and set the date of all others back by 46 days";
 
+constexpr std::string_view kFreeEarly =
+    "set its date back by 46 days, or wait until the day is over";
+constexpr std::string_view kDeleteEarly = "delete it, or wait until the day is over";
+
 constexpr DatedTable kTables[] = {
-    {"VLAN_HistCtrl", "TrafficDate", "''", kFree},
-    {"Disk_HistCtrl", "StorageDate", "''", kFree},
-    {"VLAN_HistSum", "TrafficDate", "IsTrunk", "keep one of each IsTrunk and delete all others"},
-    {"Disk_HistSum", "StorageDate", "''", "keep one and delete all others"},
+    {"VLAN_HistCtrl", "TrafficDate", "''", kFree, kFreeEarly},
+    {"Disk_HistCtrl", "StorageDate", "''", kFree, kFreeEarly},
+    {"VLAN_HistSum", "TrafficDate", "IsTrunk", "keep one of each IsTrunk and delete all others",
+     kDeleteEarly},
+    {"Disk_HistSum", "StorageDate", "''", "keep one and delete all others", kDeleteEarly},
 };
 
 // The days of concern, with the largest number of rows that a kind has, and whether they are over.
@@ -36,18 +44,21 @@ std::string SelectDays(const DatedTable& table) {
 
 void CheckTable(const SqliteFile& history, const std::string& place, const DatedTable& table,
                 std::vector<std::string>& findings) {
+  std::vector<std::string> found;
   SqliteStatement days = history.Prepare(SelectDays(table));
   while (days.Step()) {
     const std::string where = "rows of " + std::string(table.name) + " are of " + days.Text(0);
     const bool isOver = days.Integer(2) != 0;
     if (isOver) {
-      findings.push_back(place + std::to_string(days.Integer(1)) + " " + where +
-                         "; charts show no day before it, so " + std::string(table.remedy));
+      found.push_back(place + std::to_string(days.Integer(1)) + " " + where +
+                      "; charts show no day before it, so " + std::string(table.remedy));
     } else {
-      findings.push_back(place + where +
-                         ", which is not over yet; until it is, charts show no day at all");
+      found.push_back(place + where +
+                      ", which is not over yet; until it is, charts show no day at all: " +
+                      std::string(table.early));
     }
   }
+  AppendFirst(place, found, findings);
 }
 
 }  // namespace

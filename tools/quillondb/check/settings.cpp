@@ -1,12 +1,12 @@
 // Charsets, and the receivers.
-#include "quillondb/check_settings.h"
+#include "quillondb/check/settings.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 
 #include "platform/text_encoding.h"
-#include "quillondb/check_receivers.h"
+#include "quillondb/check/receivers.h"
 
 namespace quillon {
 namespace {
