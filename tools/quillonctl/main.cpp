@@ -16,9 +16,9 @@
 #include "quillonctl/place.h"
 #include "quillonctl/receiver_commands.h"
 #include "quillonctl/report_commands.h"
+#include "quillonctl/row_commands.h"
 #include "quillonctl/settings_commands.h"
 #include "quillonctl/site_fields.h"
-#include "quillonctl/smtp_command.h"
 #include "quillonctl/status_command.h"
 #include "quillonctl/test_mail.h"
 #include "service/console_protocol.h"
@@ -312,6 +312,11 @@ void AddMailAndTraps(CLI::App& app, Arguments& arguments) {
       app, arguments, "snmp", "The traps; without a further word, their settings", SnmpFields(),
       [](const auto& directory, const auto& typed) { return ShowSnmp(directory, typed.form()); },
       [](const auto& directory, const auto& typed) { return SetSnmp(directory, typed.fields); });
+  AddRow(
+      app, arguments, "morvane", "The management product; without a further word, where it is",
+      MorvaneFields(),
+      [](const auto& directory, const auto& typed) { return ShowMorvane(directory, typed.form()); },
+      [](const auto& directory, const auto& typed) { return SetMorvane(directory, typed.fields); });
   Add(app, arguments, "test-mail", "Send one mail by the settings of the mail server",
       [](const auto& directory, const auto& typed) {
         return SendTestMail(directory, typed.address);

@@ -1,11 +1,14 @@
-// The rows of Settings_SmtpServer and Settings_SnmpAgent.
-#include "quillonctl/smtp_command.h"
+// The rows of Settings_SmtpServer and Settings_SnmpAgent, and the one field of Settings_General
+// that the form does not have.
+#include "quillonctl/row_commands.h"
 
 #include "exit_codes.h"
 #include "mail/mail_codes.h"
 #include "mail/smtp_server.h"
+#include "platform/files.h"
 #include "quillonctl/password.h"
 #include "quillonctl/settings_rules.h"
+#include "quillonctl/site_fields.h"
 
 namespace quillon {
 namespace {
@@ -48,6 +51,12 @@ std::string AuthMode(const std::string& text) {
 std::string Community(const std::string& text) {
   constexpr std::size_t kLongest = 255;
   return !text.empty() && text.size() <= kLongest ? "" : "a community has 1 to 255 bytes";
+}
+
+// The service ends at its start where it does not find the file.
+std::string MorvaneFolder(const std::string& text) {
+  if (!text.starts_with('/')) return "'" + text + "' does not begin with a slash";
+  return FileExists(text + "/Morvane.ini") ? "" : "there is no Morvane.ini in '" + text + "'";
 }
 
 int Show(const std::string& directory, const char* table, const SettingFieldList& fields,
@@ -107,6 +116,13 @@ const SettingFieldList& SnmpFields() {
   return kFields;
 }
 
+const SettingFieldList& MorvaneFields() {
+  static const SettingFieldList kFields = {
+      {"folder", "SnmpcDir", Kind::kText, "Folder of its Morvane.ini", MorvaneFolder},
+  };
+  return kFields;
+}
+
 int ShowSmtp(const std::string& directory, OutputForm form) {
   return Show(directory, kSmtpTable, SmtpFields(), form);
 }
@@ -130,6 +146,15 @@ int SetSnmp(const std::string& directory, const SettingChange& change) {
   if (!IsAccepted(Complaints(SnmpFields(), change))) return kExitFailed;
   return Set(directory, kSnmpTable, SnmpFields(), change,
              "Saved; the service takes send-events within the hour, the rest at its next start");
+}
+
+int ShowMorvane(const std::string& directory, OutputForm form) {
+  return Show(directory, kGeneralTable, MorvaneFields(), form);
+}
+
+int SetMorvane(const std::string& directory, const SettingChange& change) {
+  if (!IsAccepted(Complaints(MorvaneFields(), change))) return kExitFailed;
+  return Set(directory, kGeneralTable, MorvaneFields(), change, "Saved for the next start");
 }
 
 }  // namespace quillon

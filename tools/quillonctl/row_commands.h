@@ -1,4 +1,4 @@
-// smtp and snmp: the one row that each of the two has, shown and changed.
+// smtp, snmp and morvane: the one row that each of them has, shown and changed.
 #pragma once
 
 #include <string>
@@ -9,6 +9,7 @@ namespace quillon {
 
 const SettingFieldList& SmtpFields();
 const SettingFieldList& SnmpFields();
+const SettingFieldList& MorvaneFields();
 
 int ShowSmtp(const std::string& directory, OutputForm form);
 // With `askPassword` the password is asked for: on the terminal without an echo, else it is the
@@ -17,5 +18,8 @@ int SetSmtp(const std::string& directory, SettingChange change, bool askPassword
 
 int ShowSnmp(const std::string& directory, OutputForm form);
 int SetSnmp(const std::string& directory, const SettingChange& change);
+
+int ShowMorvane(const std::string& directory, OutputForm form);
+int SetMorvane(const std::string& directory, const SettingChange& change);
 
 }  // namespace quillon
