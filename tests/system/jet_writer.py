@@ -38,18 +38,20 @@ class JetWriter:
         self.places = {}  # the numbers of its pages by the name of a table
 
     def add_table(self, name, columns, rows, times=1, deleted=(), moved=(),
-                  columns_at_first=None):
+                  columns_at_first=None, foreign=(), counted=None):
         """The rows stand in the file so many times. Those whose places are given are left there
         as deleted ones, or have grown and been moved to another page. The columns that the table
-        had at first are those that the rows know, where others were added later."""
+        had at first are those that the rows know, where others were added later. Its map also names
+        foreign pages, and it counts another number of rows than it has, where these are given."""
         first = len(self._pages)
         number = self._add_page(bytes(PAGE))
         map_page = self._add_page(bytes(PAGE))
         packed = [row_bytes(columns[:columns_at_first], row, self._store_long) for row in rows]
         data_pages = self._add_rows(number, packed, times, set(deleted), set(moved))
-        self._pages[map_page] = _data_page(0, [(0, self._map_of(data_pages)), (0, bytes(69))])
+        self._pages[map_page] = _data_page(0, [(0, self._map_of(sorted([*foreign, *data_pages]))), (0, bytes(69))])
         self._pages[number] = _table_definition(
-            columns, (len(packed) - len(set(deleted))) * times, map_page)
+            columns, (len(packed) - len(set(deleted))) * times if counted is None else counted,
+            map_page)
         self._catalog_rows.append(row_bytes(_CATALOG, [
             number, _TABLES_PARENT, name, _TABLE_TYPE, "2003-04-05 06:07:08",
             "2003-04-05 06:07:08", None, 0, *[None] * 9], self._store_long))

@@ -335,6 +335,20 @@ class Kinds(ToEmptyInstallation):
         self.assertIn("  VLAN: the column IfOper is missing; it gets what a new installation has\n",
                       result.out)
 
+    def test_a_map_that_names_the_pages_of_others_as_well_hides_nothing(self):
+        self.write_statistics("VLAN", [Column("RecNo", "long")], [(5,), (7,)], foreign=(4, 9))
+        result = self.sync()
+        self.assertEqual(result.status, DONE, result)
+        self.assertEqual(self.taken("VLAN", "RecNo"), [(5,), (7,)])
+
+    def test_a_table_that_counts_its_rows_wrongly_is_refused(self):
+        for counted in (0, 1, 3):
+            self.write_statistics("VLAN", [Column("RecNo", "long")], [(5,), (7,)], counted=counted)
+            result = self.sync()
+            self.assertEqual(result.status, FAILED, counted)
+            self.assertIn(f"the table VLAN counts {counted} rows", result.errors)
+            self.assertEqual(self.taken("VLAN", "RecNo"), [])
+
     def test_a_password_hides_nothing(self):
         whole = self.write_statistics("VLAN", [Column("RecNo", "long")], [(5,)]).read_bytes()
         self.file.write_bytes(with_password(whole, "Secret"))

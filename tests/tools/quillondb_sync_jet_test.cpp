@@ -54,6 +54,13 @@ TEST_F(QuillondbSyncJet, PutsTheStatisticsInPlaceAndMarksTheReportAsDone) {
   EXPECT_NE(said.find("3 rows were taken over\n"), std::string::npos) << said;
 }
 
+TEST_F(QuillondbSyncJet, TakesNothingWhereTheMarksCannotBeSet) {
+  installation_.Sql("Reports.mdb", "INSERT INTO VLAN (RecNo) VALUES (1)");
+  installation_.Sql("History.mdb", "DELETE FROM General_Info");
+  EXPECT_NE(FailureOfSync().find("General_Info has no row"), std::string::npos);
+  EXPECT_EQ(Devices(), Lines{"1"});
+}
+
 TEST_F(QuillondbSyncJet, CanBeRepeated) {
   Sync();
   Sync();

@@ -36,7 +36,7 @@ JetFile::State JetFile::Now() const {
   if (stat(path_.c_str(), &status) != 0) {
     throw FileFailure("cannot read " + Name() + ": " + std::strerror(errno));
   }
-  return {status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+  return {status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
 template <typename Reading>
@@ -69,7 +69,8 @@ void JetFile::ReadRows(const JetTable& table, const JetRowHandler& handler) {
                         if (row.size() != table.columns.size())
                           throw ReadingFailure("the file is damaged");
                         handler(row);
-                      });
+                      },
+                      kLimits);
   });
 }
 

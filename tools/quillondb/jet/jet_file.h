@@ -20,6 +20,7 @@ class JetFile final : public JetSource {
 
  private:
   struct State {
+    std::uint64_t number = 0;  // of the file itself: another one may have its name by now
     std::int64_t size = 0;
     std::int64_t seconds = 0;  // of the last change
     std::int64_t nanoseconds = 0;

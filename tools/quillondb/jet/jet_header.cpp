@@ -74,8 +74,9 @@ void RequireJetFile(const std::string& path) {
   const std::uintmax_t page = PageSize(head[kVersionPlace], name);
   const std::uintmax_t size = std::filesystem::file_size(path);
   if (size % page != 0 || size < kLeastPages * page) {
-    throw FileFailure(name + " is cut off: " + std::to_string(size) +
-                      " bytes are no whole number of pages; copy it again");
+    throw FileFailure(name + " is cut off: " + std::to_string(size) + " bytes are " +
+                      (size % page != 0 ? "no whole number of" : "too few") +
+                      " pages; copy it again");
   }
 }
 

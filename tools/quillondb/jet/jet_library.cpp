@@ -123,7 +123,7 @@ JetValue DecimalOf(MdbHandle* handle, const MdbColumn& column) {
   return *number;
 }
 
-std::size_t FixedSize(int type) {
+std::int64_t FixedSize(int type) {
   switch (type) {
     case MDB_BYTE:
       return 1;
@@ -142,9 +142,11 @@ std::size_t FixedSize(int type) {
 }
 
 void RequireBytes(const MdbHandle* handle, const MdbColumn& column) {
-  const auto start = static_cast<std::size_t>(column.cur_value_start);
-  const auto length = static_cast<std::size_t>(column.cur_value_len);
-  if (start + length <= sizeof handle->pg_buf && length >= FixedSize(column.col_type)) return;
+  constexpr std::int64_t kPage = sizeof handle->pg_buf;
+  const std::int64_t start = column.cur_value_start;
+  const std::int64_t length = column.cur_value_len;
+  const bool liesInPage = start >= 0 && length >= 0 && start + length <= kPage;
+  if (liesInPage && length >= FixedSize(column.col_type)) return;
   throw Failure("the file is damaged: a field does not lie in its page");
 }
 
@@ -224,6 +226,8 @@ void SendJetRows(const std::string& path, const std::string& name, const SendByt
   }
   JetRow row(columns.size());
   std::int64_t found = 0;
+  // Of a table that counts none the library looks for none, so a damaged count would hide them all.
+  if (shape.rows == 0) table->num_rows = 1;
   while (mdb_fetch_row(table.get()) != 0) {
     if (++found > shape.rows) FailCount(shape, found);
     for (std::size_t place = 0; place < columns.size(); ++place) {

@@ -77,7 +77,7 @@ class FrameSender {
 };
 
 // A damaged file can name sizes of its own; no core of the mail password's file is left either.
-void LimitMemory() {
+void LimitItself() {
   const rlimit noCore{0, 0};
   setrlimit(RLIMIT_CORE, &noCore);
   const rlimit complaints{kMostComplaints, kMostComplaints};  // beyond them it is killed
@@ -105,7 +105,7 @@ std::string FirstComplaint(int descriptor, const ReadingLimits& limits) {
 
 [[noreturn]] void RunChild(const ReadingWork& work, const ReadingLimits& limits, int pipe) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);  // a hanging child would keep the lock of a killed import
-  LimitMemory();
+  LimitItself();
   FrameSender sender(pipe);
   const int complaints = memfd_create("complaints", MFD_CLOEXEC);
   try {

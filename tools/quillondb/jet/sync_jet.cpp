@@ -29,6 +29,16 @@ void RequireRowsOf(const SqliteFile& file, const std::string& day, const JetSour
                     "; repeat this when the report of the day is finished. Nothing was written");
 }
 
+// The marks are written before the statistics are kept, and kept behind them: what could go wrong
+// with either does so while nothing of both is there.
+void Keep(OpenTarget& target, const std::string& directory, DateTime now) {
+  const SqliteFile history = SqliteFile::Open(directory + "/History.mdb");
+  SqliteTransaction marks(history);
+  WriteReportMarks(history, now, ReadDatumFormat(directory));
+  target.transaction.Commit();
+  marks.Commit();
+}
+
 }  // namespace
 
 void SyncJet(const JetSync& order, JetSource& reports, DateTime now, std::ostream& progress) {
@@ -39,10 +49,7 @@ void SyncJet(const JetSync& order, JetSource& reports, DateTime now, std::ostrea
   const std::int64_t rows =
       MoveDatabase(reports, move, {target.file, target.reference, losses, progress});
   RequireRowsOf(target.file, DayText(now), reports);
-  if (!order.dryRun) {
-    target.transaction.Commit();
-    MarkReportDone(order.directory, now);
-  }
+  if (!order.dryRun) Keep(target, order.directory, now);
   TellOutcome({rows, order.dryRun}, losses, progress);
 }
 
