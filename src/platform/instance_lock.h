@@ -15,7 +15,7 @@ class InstanceLock {
   InstanceLock(const InstanceLock&) = delete;
   InstanceLock& operator=(const InstanceLock&) = delete;
 
-  // False where another process holds the directory.
+  // False where another process holds the directory, for longer than a look at it takes.
   bool held() const { return held_; }
 
  private:

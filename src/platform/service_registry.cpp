@@ -3,8 +3,11 @@
 #include "platform/service_registry.h"
 
 #include <pwd.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -31,17 +34,14 @@ std::string UnitName(std::string name) {
 
 // The directory as it stands between the quotes of a unit file.
 std::string QuotedInUnit(const std::string& directory) {
-  std::string quoted;
   for (const char character : directory) {
     const bool isControl = static_cast<unsigned char>(character) < ' ' || character == '\x7F';
     if (isControl || character == '"' || character == '\'' || character == '\\') {
       throw Failure("systemd starts no program in a directory with quotes, backslashes or " +
                     std::string("control characters in its name: ") + directory);
     }
-    quoted += character;
-    if (character == '%') quoted += '%';  // else it begins one of systemd's own words
   }
-  return quoted;
+  return EscapedInUnit(directory);
 }
 
 std::string UnitFor(const std::string& directory) {
@@ -52,6 +52,15 @@ std::string UnitFor(const std::string& directory) {
     unit.replace(at, kPlaceholder.size(), quoted);
   }
   return unit;
+}
+
+// Readable for everybody, as units are, also where root keeps his own files to himself: whoever
+// looks into the service reads it, and systemd warns of another mode.
+void WriteUnit(const std::string& path, const std::string& unit) {
+  constexpr mode_t kUnitMode = 0644;
+  ReplaceFile(path, unit, OldFile::kStays);
+  if (chmod(path.c_str(), kUnitMode) == 0) return;
+  throw FileFailure("cannot change the mode of " + path + ": " + std::strerror(errno));
 }
 
 void Systemctl(const std::string& verb, const std::string& argument) {
@@ -84,11 +93,20 @@ void TryStep(Step&& step) {
 }
 
 void PutBack(const std::string& path, const std::optional<std::string>& oldUnit) {
-  if (oldUnit) return ReplaceFile(path, *oldUnit, OldFile::kStays);
+  if (oldUnit) return WriteUnit(path, *oldUnit);
   if (FileExists(path)) DeleteFile(path);
 }
 
 }  // namespace
+
+std::string EscapedInUnit(std::string_view path) {
+  std::string escaped;
+  for (const char character : path) {
+    escaped += character;
+    if (character == '%') escaped += character;
+  }
+  return escaped;
+}
 
 ServiceRegistry::ServiceRegistry(std::string unitFolder) : unitFolder_(std::move(unitFolder)) {}
 
@@ -99,7 +117,7 @@ void ServiceRegistry::InstallService(const std::string& name, const std::string&
   RequireSystemd();
   std::optional<std::string> oldUnit;
   if (FileExists(path)) oldUnit = ReadFileBytes(path);
-  ReplaceFile(path, unit, OldFile::kStays);
+  WriteUnit(path, unit);
   try {
     ReloadUnits();
     Systemctl("enable", unitName);

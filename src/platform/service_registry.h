@@ -2,8 +2,12 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace quillon {
+
+// A path as it stands in a unit, where % begins one of systemd's own words unless it is doubled.
+std::string EscapedInUnit(std::string_view path);
 
 class ServiceRegistry {
  public:

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <memory>
+#include <thread>
+
 #include "platform/failure.h"
 #include "support/installation.h"
 
@@ -19,6 +23,18 @@ TEST(InstanceLock, IsHeldOnceInADirectoryAndFreeAgainAfterwards) {
     EXPECT_TRUE(InstanceLock(other.path()).held());
   }
   EXPECT_TRUE(InstanceLock(one.path()).held());
+}
+
+// Who asks for the holder has the lock himself meanwhile, and spoils no start by it.
+TEST(InstanceLock, WaitsForAHolderOfAMoment) {
+  const Installation home;
+  auto holder = std::make_unique<InstanceLock>(home.path());
+  std::thread end([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    holder.reset();
+  });
+  EXPECT_TRUE(InstanceLock(home.path()).held());
+  end.join();
 }
 
 TEST(InstanceLock, DirectoryThatIsNotThereIsAFailureAndNoHolder) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <sys/stat.h>
 
 #include <array>
 #include <cstdio>
@@ -172,6 +173,23 @@ TEST_F(ServiceRegistryTest, UnitTellsHowTheServiceRuns) {
     EXPECT_TRUE(UnitHasLine(line)) << line << " in:\n" << Unit();
   }
   EXPECT_NE(Unit().find(Path("home") + "/quillonweb"), std::string::npos) << Unit();
+}
+
+TEST_F(ServiceRegistryTest, UnitHandsOverWhatACrashHasLeftBesideEachDatabase) {
+  Install();
+  for (const std::string name : {"Quillon.mdb", "Reports.mdb", "History.mdb"}) {
+    for (const char* ending : {"", "-wal", "-shm"}) {
+      const std::string path = " \"" + Path("home/") + name + ending + "\"";
+      EXPECT_NE(Unit().find(path), std::string::npos) << path << " in:\n" << Unit();
+    }
+  }
+}
+
+TEST_F(ServiceRegistryTest, EverybodyCanReadTheUnitWhateverRootKeepsToHimself) {
+  const mode_t before = umask(077);
+  Install();
+  umask(before);
+  EXPECT_EQ(fs::status(Path(kUnit)).permissions(), fs::perms(0644));
 }
 
 TEST_F(ServiceRegistryTest, OlderRegistrationIsReplaced) {

@@ -68,6 +68,9 @@ TEST_F(QuillondbCheckSockets, APortBelowTheFirstFreeOneNeedsRootOrTheRightOfTheU
   EXPECT_TRUE(MayListen(1024, 1024, user, none));
   EXPECT_TRUE(MayListen(80, 80, user, none));
   EXPECT_FALSE(MayListen(1023, 1024, user, none));
+  fs::create_directory(root_ / "quillon-web.service.d");
+  std::ofstream(root_ / "quillon-web.service.d/override.conf") << "AmbientCapabilities=\n";
+  EXPECT_FALSE(MayListen(80, 1024, user, InstalledUnit(home_.string(), {root_.string()})));
 }
 
 }  // namespace

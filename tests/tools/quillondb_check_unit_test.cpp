@@ -1,6 +1,8 @@
 // quillondb check: what keeps the unit from starting the service.
 #include <unistd.h>
 
+#include "installation_owner.h"
+#include "quillondb/check/sockets.h"
 #include "quillondb/check/unit.h"
 #include "tools/quillondb_check_fixture.h"
 
@@ -11,10 +13,20 @@ class QuillondbCheckUnit : public CheckedInstallation {
  protected:
   // The unit of the service in that directory, as an installation writes it.
   InstalledUnit Unit(const std::string& directory) const {
-    std::ofstream(root_ / "quillon-web.service")
-        << "[Service]\nExecStart=:\"" << directory << "/quillonweb\"\n";
-    return InstalledUnit(home_.string(), {root_.string()});
+    std::ofstream(UnitFile()) << "[Service]\nExecStart=:\"" << directory
+                              << "/quillonweb\"\nProtectHome=yes\nPrivateTmp=yes\n";
+    return Installed();
   }
+
+  // The same with an administrator's settings.
+  InstalledUnit UnitWith(const std::string& settings) const {
+    fs::create_directories(UnitFile() + ".d");
+    std::ofstream(UnitFile() + ".d/override.conf") << "[Service]\n" << settings;
+    return Unit(home_.string());
+  }
+
+  InstalledUnit Installed() const { return InstalledUnit(home_.string(), {root_.string()}); }
+  std::string UnitFile() const { return (root_ / "quillon-web.service").string(); }
 
   Findings FindingsOf(const InstalledUnit& unit) const {
     Findings findings;
@@ -62,6 +74,35 @@ TEST_F(QuillondbCheckUnit, KnowsWhatTheUnitHides) {
   EXPECT_EQ(unit.HiddenBy("/opt/quillon"), "");
   EXPECT_EQ(unit.HiddenBy("/homes/quillon"), "");
   EXPECT_EQ(Unit("/elsewhere").HiddenBy("/tmp/quillon"), "");
+}
+
+TEST_F(QuillondbCheckUnit, KnowsWhatAnAdministratorHasSetInstead) {
+  const InstalledUnit unit = UnitWith("# ProtectHome=yes\nProtectHome = read-only\n");
+  EXPECT_EQ(unit.HiddenBy("/root/Morvane.ini"), "");
+  EXPECT_EQ(unit.HiddenBy("/tmp/quillon"), "/tmp");
+  EXPECT_EQ(UnitWith("PrivateTmp=no\n").HiddenBy("/tmp/quillon"), "");
+}
+
+TEST_F(QuillondbCheckUnit, KnowsTheUnitOfADirectoryWithAPercentSign) {
+  fs::create_directory(home_ / "100%");
+  std::ofstream(UnitFile()) << "ExecStart=:\"" << home_.string() << "/100%%/quillonweb\"\n";
+  EXPECT_TRUE(InstalledUnit((home_ / "100%").string(), {root_.string()}).isThere());
+}
+
+TEST_F(QuillondbCheckUnit, FindsAUnitThatTheServiceMayNotRead) {
+  if (geteuid() != 0) GTEST_SKIP() << "root's files are closed to others alone";
+  Unit(home_.string());
+  fs::permissions(root_, fs::perms::owner_all | fs::perms::others_exec);
+  fs::permissions(UnitFile(), fs::perms::owner_all);
+  ASSERT_EQ(chown(home_.c_str(), 64999, 64999), 0);
+  const OwnerRights rights(home_.string());
+  const InstalledUnit unit = Installed();
+  EXPECT_FALSE(unit.isThere());
+  EXPECT_EQ(FindingsOf(unit),
+            Findings{"cannot open " + UnitFile() +
+                     ": Permission denied; what the unit does is not known then, so let all users"
+                     " read it: run 'chmod -R a+rX /etc/systemd/system/quillon-web.service*'"});
+  EXPECT_TRUE(MayListen(80, 1024, ServiceUser(home_.string()), unit));
 }
 
 }  // namespace

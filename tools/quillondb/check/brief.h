@@ -9,7 +9,7 @@
 
 namespace quillon {
 
-// Passes on the findings as they come, as far as ten lines reach: two of each thing.
+// Passes on the findings as they come, as far as nine lines reach: two of each thing.
 class BriefTeller {
  public:
   explicit BriefTeller(const TellFinding& tell) : tell_(tell) {}

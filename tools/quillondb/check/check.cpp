@@ -35,8 +35,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Findings = std::vector<std::string>;
-
 // A larger database is read whole in seconds, for which a start should not wait.
 constexpr std::uintmax_t kMostAtAStart = 100'000'000;
 constexpr std::uintmax_t kAnySize = std::numeric_limits<std::uintmax_t>::max();
@@ -49,7 +47,7 @@ class Telling {
   // Runs a part; true where it has found nothing.
   template <typename Part>
   bool Run(Part&& part) {
-    Findings findings;
+    FindingLines findings;
     try {
       part(findings);
     } catch (const DatabaseFailure& failure) {
@@ -75,11 +73,11 @@ class Telling {
 void CheckSurroundings(const std::string& directory, const SqliteFile& settings,
                        const SocketUser& by, Telling& telling) {
   std::string address = Settings().ServerIpAddr;
-  telling.Run([&](Findings& findings) {
+  telling.Run([&](FindingLines& findings) {
     address = CheckMorvaneIni(directory, settings, by.unit, by.user, findings);
   });
   telling.Run(
-      [&](Findings& findings) { CheckSockets(directory, settings, address, by, findings); });
+      [&](FindingLines& findings) { CheckSockets(directory, settings, address, by, findings); });
 }
 
 // The database where it can be read; null else, which is told.
@@ -88,9 +86,9 @@ const SqliteFile* CheckedTables(const std::string& directory, const OpenDatabase
   const SqliteFile* const file = databases.Find(name);
   if (file == nullptr) return nullptr;
   bool canBeRead = false;
-  telling.Run([&](Findings& findings) {
-    const auto database = std::ranges::find(kDatabases, name, &Database::fileName);
-    canBeRead = CheckTables(*file, *database, fs::canonical(directory).string(), findings);
+  telling.Run([&](FindingLines& findings) {
+    canBeRead =
+        CheckTables(*file, *FindDatabase(name), fs::canonical(directory).string(), findings);
   });
   return canBeRead ? file : nullptr;
 }
@@ -104,7 +102,8 @@ void CheckOpened(const std::string& directory, const OpenDatabases& databases, c
     CheckSurroundings(directory, *settings, by, telling);
   }
   if (const SqliteFile* const history = check("History.mdb")) {
-    telling.Run([&](Findings& findings) { CheckMarks(*history, SystemClock().Now(), findings); });
+    telling.Run(
+        [&](FindingLines& findings) { CheckMarks(*history, SystemClock().Now(), findings); });
   }
   check("Reports.mdb");
 }
@@ -125,8 +124,8 @@ void CheckWhole(const fs::path& directory, const OpenDatabases& databases, std::
   for (const Database& database : kDatabases) {
     const SqliteFile* const file = databases.Find(database.fileName);
     if (file == nullptr || SizeOf(directory / database.fileName) > mostBytes) continue;
-    telling.Run([&](Findings& findings) {
-      Findings damage;
+    telling.Run([&](FindingLines& findings) {
+      FindingLines damage;
       CheckIntegrity(*file, std::string(database.fileName) + ": ", damage);
       for (const std::string& line : damage) findings.push_back(line + std::string(kRestore));
     });
@@ -138,16 +137,16 @@ void CheckParts(const std::string& directory, const ServiceUser& user, std::uint
   const OwnerRights rights(directory);
   const InstalledUnit unit(directory);
   TakeZoneOf(unit);
-  telling.Run([&](Findings& findings) { CheckDisk(directory, findings); });
+  telling.Run([&](FindingLines& findings) { CheckDisk(directory, findings); });
   const bool isSettled =
-      telling.Run([&](Findings& findings) { CheckRestore(directory, findings); });
-  telling.Run([&](Findings& findings) { CheckAccess(directory, user, findings); });
-  telling.Run([&](Findings& findings) { CheckFiles(directory, user.name(), findings); });
-  telling.Run([&](Findings& findings) { CheckWords(directory, user, findings); });
-  telling.Run([&](Findings& findings) { CheckUnit(directory, unit, user, findings); });
-  if (IsStartOfTheService()) telling.Run(CheckLocale);
+      telling.Run([&](FindingLines& findings) { CheckRestore(directory, findings); });
+  telling.Run([&](FindingLines& findings) { CheckAccess(directory, user, findings); });
+  telling.Run([&](FindingLines& findings) { CheckFiles(directory, user.name(), findings); });
+  telling.Run([&](FindingLines& findings) { CheckWords(directory, user, findings); });
+  telling.Run([&](FindingLines& findings) { CheckUnit(directory, unit, user, findings); });
+  if (RunsInAUnit()) telling.Run(CheckLocale);
   std::optional<OpenDatabases> databases;
-  telling.Run([&](Findings& findings) {
+  telling.Run([&](FindingLines& findings) {
     const auto missing = isSettled ? MissingFiles::kAreFindings : MissingFiles::kAreExpected;
     databases.emplace(directory, missing, user, findings);
   });
@@ -161,15 +160,16 @@ bool Check(const std::string& directory, std::uintmax_t mostBytes, const TellFin
   std::error_code failure;
   const bool isDirectory = fs::is_directory(directory, failure);
   if (!isDirectory && failure != std::errc::permission_denied) {
-    telling.Run([&](Findings& findings) { findings.push_back(directory + " is no directory"); });
+    telling.Run(
+        [&](FindingLines& findings) { findings.push_back(directory + " is no directory"); });
     return false;
   }
-  if (!telling.Run([&](Findings& findings) { CheckCaller(directory, findings); })) return false;
+  if (!telling.Run([&](FindingLines& findings) { CheckCaller(directory, findings); })) return false;
   const ServiceUser user(directory);
-  if (!telling.Run([&](Findings& findings) { CheckWayTo(directory, user, findings); })) {
+  if (!telling.Run([&](FindingLines& findings) { CheckWayTo(directory, user, findings); })) {
     return false;
   }
-  telling.Run([&](Findings&) { CheckParts(directory, user, mostBytes, telling); });
+  telling.Run([&](FindingLines&) { CheckParts(directory, user, mostBytes, telling); });
   return !telling.hasTold();
 }
 

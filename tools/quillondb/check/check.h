@@ -14,7 +14,7 @@ using TellFinding = std::function<void(const std::string& finding)>;
 // owner.
 bool CheckInstallation(const std::string& directory, const TellFinding& tell);
 
-// The same in ten lines at most, for the log of a start: of what has many, a database say, the
+// The same in nine lines at most, for the log of a start: of what has many, a database say, the
 // first two, and at the end how many there are beside. Large databases are not read whole.
 bool CheckInBrief(const std::string& directory, const TellFinding& tell);
 

@@ -7,6 +7,7 @@
 
 #include "platform/files.h"
 #include "quillondb/check/findings.h"
+#include "quillondb/folders.h"
 #include "quillondb/installation.h"
 #include "render/themes.h"
 #include "service/console_protocol.h"
@@ -16,8 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Findings = std::vector<std::string>;
-
 constexpr const char* kStylesheet = "WebReports/qws.css";
 constexpr const char* kEventFile = "Debug/AppEventWeb.txt";
 constexpr const char* kOldEventFile = "Debug/AppEventWeb.bak";
@@ -26,11 +25,11 @@ constexpr std::uintmax_t kLongestText = 1'000'000;
 
 // Says that something else has the name, and has to go; nothing where there is nothing.
 std::string MoveAway(const fs::path& path) {
-  return IsThere(path.string()) ? "move away what lies there, and " : "";
+  return IsThere(path) ? "move away what lies there, and " : "";
 }
 
 void CheckFolder(const fs::path& directory, const char* folder, const std::string& owner,
-                 Findings& findings) {
+                 FindingLines& findings) {
   const fs::path path = directory / folder;
   std::error_code ignored;
   if (fs::is_directory(path, ignored)) return;
@@ -44,29 +43,29 @@ std::string HowToGet(const fs::path& directory, std::string_view file) {
                      ShellWord(directory.string()), kDefaultTheme);
 }
 
-void CheckWebFile(const fs::path& directory, const WebFile& file, Findings& findings) {
+void CheckWebFile(const fs::path& directory, const WebFile& file, FindingLines& findings) {
   const fs::path path = directory / file.path;
   if (FileExists(path.string())) return;
   findings.push_back(fmt::format("{}: the file is missing, so {}; {}{}", file.path, file.loss,
                                  MoveAway(path), HowToGet(directory, file.path)));
 }
 
-void CheckEventFile(const fs::path& directory, Findings& findings) {
+void CheckEventFile(const fs::path& directory, FindingLines& findings) {
   const fs::path path = directory / kEventFile;
-  if (IsThere(path.string()) && !FileExists(path.string())) {
+  if (IsThere(path) && !FileExists(path.string())) {
     findings.push_back(std::string(kEventFile) +
                        ": no file, so no event is written down; move away what lies there");
   }
-  if (!IsThere((directory / kOldEventFile).string())) return;
+  if (!IsThere(directory / kOldEventFile)) return;
   findings.push_back(std::string(kOldEventFile) +
                      ": in the way, so old events are not deleted any more; take out what you need"
                      " of them, and delete it");
 }
 
-void CheckConsoleSocket(const fs::path& directory, Findings& findings) {
+void CheckConsoleSocket(const fs::path& directory, FindingLines& findings) {
   const fs::path path = directory / console::kSocketName;
   std::error_code ignored;
-  if (!IsThere(path.string()) || fs::is_socket(fs::symlink_status(path, ignored))) return;
+  if (!IsThere(path) || fs::is_socket(fs::symlink_status(path, ignored))) return;
   findings.push_back(std::string(console::kSocketName) +
                      ": no socket, so quillonctl does not reach the service; delete what lies"
                      " there, and restart the service");
@@ -81,19 +80,14 @@ const std::array<WebFile, 4> kWebFiles = {{
     {kStylesheet, "pages have no colours"},
 }};
 
-void CheckFiles(const std::string& directory, const std::string& owner, Findings& findings) {
+void CheckFiles(const std::string& directory, const std::string& owner, FindingLines& findings) {
   for (const char* folder : kFolders) CheckFolder(directory, folder, owner, findings);
   for (const WebFile& file : kWebFiles) CheckWebFile(directory, file, findings);
   CheckEventFile(directory, findings);
   CheckConsoleSocket(directory, findings);
 }
 
-bool IsThere(const std::string& path) {
-  std::error_code ignored;
-  return fs::exists(fs::symlink_status(path, ignored));
-}
-
-bool IsShort(const std::string& path, const std::string& name, Findings& findings) {
+bool IsShort(const std::string& path, const std::string& name, FindingLines& findings) {
   std::error_code ignored;
   const std::uintmax_t bytes = fs::file_size(path, ignored);
   if (ignored || bytes <= kLongestText) return true;

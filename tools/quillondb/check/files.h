@@ -24,9 +24,6 @@ inline constexpr const char* kWebFileSources = "/etc/quillon-web or share/WebRep
 void CheckFiles(const std::string& directory, const std::string& owner,
                 std::vector<std::string>& findings);
 
-// Whether anything has the name, a link that leads nowhere too.
-bool IsThere(const std::string& path);
-
 // Whether the file is of a size that a text of a person has; appends a line where it is not. The
 // service reads it whole at each start.
 bool IsShort(const std::string& path, const std::string& name, std::vector<std::string>& findings);

@@ -7,6 +7,9 @@
 
 namespace quillon {
 
+// What a part of the check has found, a line for each.
+using FindingLines = std::vector<std::string>;
+
 // What to do where nothing less helps; stands behind a finding.
 inline constexpr std::string_view kRestore =
     "; stop the service, and restore a backup ('quillondb restore --replace BACKUP DIR')";

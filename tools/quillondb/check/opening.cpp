@@ -3,12 +3,11 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <filesystem>
 
 #include "platform/failure.h"
-#include "quillondb/check/files.h"
 #include "quillondb/check/findings.h"
+#include "quillondb/folders.h"
 #include "quillondb/installation.h"
 #include "quillondb/side_files.h"
 
@@ -17,8 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Findings = std::vector<std::string>;
-
 std::string MissingFinding(const fs::path& directory, const std::string& place) {
   const std::string finding = place + "the file is missing";
   if (!HasNoDatabase(directory.string())) return finding + std::string(kRestore);
@@ -26,7 +23,7 @@ std::string MissingFinding(const fs::path& directory, const std::string& place) 
                      ShellWord(directory.string()));
 }
 
-void CheckMode(const fs::path& path, const std::string& place, Findings& findings) {
+void CheckMode(const fs::path& path, const std::string& place, FindingLines& findings) {
   constexpr fs::perms kOthers = fs::perms::group_all | fs::perms::others_all;
   std::error_code ignored;
   const fs::file_status status = fs::status(path, ignored);
@@ -36,7 +33,7 @@ void CheckMode(const fs::path& path, const std::string& place, Findings& finding
 }
 
 // The file is read a little: opening alone looks at nothing of it.
-std::optional<SqliteFile> Open(const fs::path& path, Findings& findings) {
+std::optional<SqliteFile> Open(const fs::path& path, FindingLines& findings) {
   try {
     SqliteFile file = SqliteFile::Open(path.string());
     file.Count("SELECT COUNT(*) FROM sqlite_schema");
@@ -48,7 +45,7 @@ std::optional<SqliteFile> Open(const fs::path& path, Findings& findings) {
 }
 
 std::optional<SqliteFile> OpenJudged(const fs::path& path, const std::string& place,
-                                     const ServiceUser& user, Findings& findings) {
+                                     const ServiceUser& user, FindingLines& findings) {
   try {
     RequireOrdinarySideFiles(path.string());
   } catch (const DatabaseFailure& failure) {
@@ -62,11 +59,11 @@ std::optional<SqliteFile> OpenJudged(const fs::path& path, const std::string& pl
 }  // namespace
 
 OpenDatabases::OpenDatabases(const std::string& directory, MissingFiles missing,
-                             const ServiceUser& user, Findings& findings) {
+                             const ServiceUser& user, FindingLines& findings) {
   for (std::size_t i = 0; i < kDatabases.size(); ++i) {
     const std::string name(kDatabases[i].fileName);
     const fs::path path = fs::path(directory) / name;
-    if (IsThere(path.string())) {
+    if (IsThere(path)) {
       files_[i] = OpenJudged(path, name + ": ", user, findings);
     } else if (missing == MissingFiles::kAreFindings) {
       findings.push_back(MissingFinding(directory, name + ": "));
@@ -75,9 +72,9 @@ OpenDatabases::OpenDatabases(const std::string& directory, MissingFiles missing,
 }
 
 const SqliteFile* OpenDatabases::Find(std::string_view fileName) const {
-  const auto database = std::ranges::find(kDatabases, fileName, &Database::fileName);
-  if (database == kDatabases.end()) return nullptr;
-  const auto& file = files_[static_cast<std::size_t>(database - kDatabases.begin())];
+  const Database* const database = FindDatabase(fileName);
+  if (database == nullptr) return nullptr;
+  const auto& file = files_[static_cast<std::size_t>(database - kDatabases.data())];
   return file ? &*file : nullptr;
 }
 

@@ -162,7 +162,8 @@ void CheckSockets(const std::string& directory, const SqliteFile& settings,
 }
 
 bool MayListen(int port, int firstFreePort, const ServiceUser& user, const InstalledUnit& unit) {
-  return port >= firstFreePort || user.isRoot() || unit.Grants("CAP_NET_BIND_SERVICE");
+  return port >= firstFreePort || user.isRoot() || unit.Grants("CAP_NET_BIND_SERVICE") ||
+         !unit.failure().empty();
 }
 
 }  // namespace quillon

@@ -26,7 +26,8 @@ void CheckSockets(const std::string& directory, const SqliteFile& settings,
                   const std::string& serverAddress, const SocketUser& by,
                   std::vector<std::string>& findings);
 
-// Whether the user may listen on the port, as one below the first free one.
+// Whether the user may listen on the port, as one below the first free one. A unit that cannot be
+// read may give him the right.
 bool MayListen(int port, int firstFreePort, const ServiceUser& user, const InstalledUnit& unit);
 
 }  // namespace quillon

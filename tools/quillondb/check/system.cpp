@@ -49,7 +49,7 @@ void CheckDisk(const std::string& directory, std::vector<std::string>& findings)
   if (!finding.empty()) findings.push_back(finding);
 }
 
-bool IsStartOfTheService() {
+bool RunsInAUnit() {
   return std::getenv("INVOCATION_ID") != nullptr || std::getenv("NOTIFY_SOCKET") != nullptr;
 }
 
@@ -67,7 +67,7 @@ void CheckLocale(std::vector<std::string>& findings) {
 }
 
 void TakeZoneOf(const InstalledUnit& unit) {
-  if (!unit.isThere() || IsStartOfTheService()) return;
+  if (!unit.isThere() || RunsInAUnit()) return;
   unsetenv("TZ");
   tzset();
 }

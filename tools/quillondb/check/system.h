@@ -15,9 +15,9 @@ void CheckDisk(const std::string& directory, std::vector<std::string>& findings)
 // The line on a disk with so many bytes left; empty where they are enough.
 std::string SpaceFinding(const std::string& directory, std::uintmax_t bytesLeft);
 
-// Whether systemd runs this at the start of the service. The environment is the service's then;
-// else it is that of somebody's terminal.
-bool IsStartOfTheService();
+// Whether systemd runs this: at the start of the service, or by a timer of the operator's. The
+// environment is the machine's then, which the service has; else it is that of somebody's terminal.
+bool RunsInAUnit();
 
 // Appends a line where the environment names a locale that the machine does not have.
 void CheckLocale(std::vector<std::string>& findings);

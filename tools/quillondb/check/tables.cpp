@@ -17,14 +17,12 @@
 namespace quillon {
 namespace {
 
-using Findings = std::vector<std::string>;
-
 // The tables of one row, which the service reads without asking whether it is there.
 constexpr std::array<std::string_view, 5> kOneRowTables = {"Settings_General", "Settings_WebServer",
                                                            "Settings_SnmpAgent",
                                                            "Settings_SmtpServer", "General_Info"};
 
-void CheckJournalMode(const SqliteFile& file, const std::string& place, Findings& findings) {
+void CheckJournalMode(const SqliteFile& file, const std::string& place, FindingLines& findings) {
   SqliteStatement mode = file.Prepare("PRAGMA journal_mode");
   if (!mode.Step() || mode.Text(0) == "wal") return;
   findings.push_back(place + "the journal mode is " + mode.Text(0) +
@@ -33,8 +31,8 @@ void CheckJournalMode(const SqliteFile& file, const std::string& place, Findings
 }
 
 // A trigger would change what the service writes, or keep it from writing.
-void CheckTriggers(const SqliteFile& file, const std::string& place, Findings& findings) {
-  Findings found;
+void CheckTriggers(const SqliteFile& file, const std::string& place, FindingLines& findings) {
+  FindingLines found;
   SqliteStatement triggers =
       file.Prepare("SELECT name, tbl_name FROM sqlite_schema WHERE type = 'trigger'");
   while (triggers.Step()) {
@@ -47,7 +45,7 @@ void CheckTriggers(const SqliteFile& file, const std::string& place, Findings& f
 }
 
 void CheckNumber(std::int64_t rows, const std::string& place, const std::string& table,
-                 Findings& findings) {
+                 FindingLines& findings) {
   if (rows == 1) return;
   const std::string finding =
       fmt::format("{}{} has {} rows where exactly one belongs", place, table, rows);
@@ -57,7 +55,7 @@ void CheckNumber(std::int64_t rows, const std::string& place, const std::string&
 
 // The value of a new installation is always a good one.
 void CheckNull(const SqliteFile& file, const SqliteFile& reference, const std::string& place,
-               const std::string& table, const std::string& column, Findings& findings) {
+               const std::string& table, const std::string& column, FindingLines& findings) {
   const std::string nulls = fmt::format("SELECT COUNT(*) FROM {} WHERE {} IS NULL", table, column);
   if (file.Count(nulls) == 0) return;
   SqliteStatement usual = reference.Prepare(fmt::format("SELECT quote({}) FROM {}", column, table));
@@ -69,7 +67,7 @@ void CheckNull(const SqliteFile& file, const SqliteFile& reference, const std::s
 }
 
 void CheckOneRow(const SqliteFile& file, const SqliteFile& reference, const std::string& place,
-                 const TableShape& table, Findings& findings) {
+                 const TableShape& table, FindingLines& findings) {
   CheckNumber(file.Count("SELECT COUNT(*) FROM " + table.name), place, table.name, findings);
   for (const ColumnShape& column : table.columns) {
     CheckNull(file, reference, place, table.name, column.name, findings);
@@ -77,7 +75,7 @@ void CheckOneRow(const SqliteFile& file, const SqliteFile& reference, const std:
 }
 
 void CheckRows(const SqliteFile& file, const SqliteFile& reference, const std::string& place,
-               const TableShape& table, Findings& findings) {
+               const TableShape& table, FindingLines& findings) {
   if (std::ranges::find(kOneRowTables, table.name) != kOneRowTables.end()) {
     CheckOneRow(file, reference, place, table, findings);
   }
@@ -91,8 +89,8 @@ void CheckRows(const SqliteFile& file, const SqliteFile& reference, const std::s
 
 // True for a table of the right shape.
 bool HasShape(const SqliteFile& file, const std::string& place, const TableShape& table,
-              Findings& findings) {
-  Findings lost;
+              FindingLines& findings) {
+  FindingLines lost;
   const bool isWhole = CheckTable(file, place, table, lost);
   for (const std::string& finding : lost) findings.push_back(finding + std::string(kRestore));
   return isWhole;
@@ -101,7 +99,7 @@ bool HasShape(const SqliteFile& file, const std::string& place, const TableShape
 }  // namespace
 
 bool CheckTables(const SqliteFile& file, const Database& database, const std::string& directory,
-                 Findings& findings) {
+                 FindingLines& findings) {
   const std::string place = std::string(database.fileName) + ": ";
   const SqliteFile reference = SqliteFile::InMemory();
   database.build(reference, directory);
