@@ -6,8 +6,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <filesystem>
 
 #include "platform/failure.h"
@@ -15,6 +18,14 @@
 
 namespace quillon {
 namespace {
+
+// For a large sort SQLite makes a file in the first of these that access() allows. That goes by the
+// real user, who is root yet, so a folder that is closed to the owner would be taken, and fail him.
+void ForgetTemporaryFolders() {
+  for (const char* name : {"SQLITE_TMPDIR", "TMPDIR"}) unsetenv(name);
+}
+
+namespace fs = std::filesystem;
 
 FileOwner OwnerOfPath(const std::string& path) {
   struct stat status {};
@@ -24,7 +35,7 @@ FileOwner OwnerOfPath(const std::string& path) {
 
 bool IsDirectory(const std::string& path) {
   std::error_code ignored;
-  return std::filesystem::is_directory(path, ignored);
+  return fs::is_directory(path, ignored);
 }
 
 void Require(int result, const char* what) {
@@ -39,16 +50,77 @@ std::vector<gid_t> OwnGroups() {
   return groups;
 }
 
+// A way from the root of the file system, walked a name at a time as the system does.
+class Way {
+ public:
+  explicit Way(const fs::path& path) { Insert(path); }
+
+  // Follows the link that the last step came to, or goes on by a name. False at the end.
+  bool Step() {
+    if (FollowLink()) return true;
+    if (rest_.empty()) return false;
+    const fs::path name = rest_.front();
+    rest_.pop_front();
+    if (name == "..") {
+      place_ = place_.parent_path();
+    } else if (name != "." && !name.empty()) {
+      place_ /= name;
+    }
+    return true;
+  }
+
+  bool IsBelow(const fs::path& directory) const {
+    return place_ != directory && std::ranges::mismatch(directory, place_).in1 == directory.end();
+  }
+
+ private:
+  static constexpr int kMostLinks = 40;  // so many the system follows
+
+  void Insert(const fs::path& path) {
+    if (path.is_absolute()) place_ = "/";
+    const fs::path names = path.relative_path();
+    rest_.insert(rest_.begin(), names.begin(), names.end());
+  }
+
+  bool FollowLink() {
+    std::error_code none;
+    const fs::path target = fs::read_symlink(place_, none);
+    if (none || links_ == kMostLinks) return false;
+    ++links_;
+    place_ = place_.parent_path();
+    Insert(target);
+    return true;
+  }
+
+  fs::path place_ = "/";
+  std::deque<fs::path> rest_;
+  int links_ = 0;
+};
+
 }  // namespace
+
+// Up to its first place below the directory nothing of the way is the owner's, so that what is
+// found stays true.
+bool LeadsInside(const std::string& path, const std::string& directory) {
+  std::error_code missing;
+  const fs::path home = fs::canonical(directory, missing);
+  if (missing) return false;
+  Way way(fs::absolute(path));
+  while (way.Step()) {
+    if (way.IsBelow(home)) return true;
+  }
+  return false;
+}
 
 std::vector<gid_t> GroupsOf(uid_t user) {
   const passwd* entry = getpwuid(user);
   if (entry == nullptr) return {};
+  std::vector<gid_t> groups(64);
   int count = 64;
-  std::vector<gid_t> groups(static_cast<std::size_t>(count));
-  if (getgrouplist(entry->pw_name, entry->pw_gid, groups.data(), &count) < 0) {
-    groups.resize(static_cast<std::size_t>(count));
-    getgrouplist(entry->pw_name, entry->pw_gid, groups.data(), &count);
+  // He can be given more between two questions, and what is not filled in is root's group.
+  while (getgrouplist(entry->pw_name, entry->pw_gid, groups.data(), &count) < 0) {
+    groups.resize(2 * groups.size());
+    count = static_cast<int>(groups.size());
   }
   groups.resize(static_cast<std::size_t>(count));
   return groups;
@@ -83,6 +155,7 @@ OwnerRights::OwnerRights(const std::string& directory) {
   ownersGroups_ = GroupsOf(owner_.user);
   callersGroups_ = OwnGroups();
   taken_ = true;
+  ForgetTemporaryFolders();
   Take();
 }
 

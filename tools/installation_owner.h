@@ -18,6 +18,10 @@ struct FileOwner {
 // and of what is written into. FileFailure where the directory cannot be looked at.
 FileOwner OwnerOf(const std::string& directory);
 
+// Whether the path leads through anything below the directory, by its words or by a link. Its owner
+// can lead it anywhere then, so root goes there with the rights of that user only.
+bool LeadsInside(const std::string& path, const std::string& directory);
+
 // The groups of the user, as the system knows them; none where it does not know him.
 std::vector<gid_t> GroupsOf(uid_t user);
 
@@ -26,7 +30,8 @@ std::vector<gid_t> GroupsOf(uid_t user);
 void BecomeOwner(const std::string& directory);
 
 // The same for a scope. FileFailure where the rights cannot be taken over. One at a time: they are
-// the whole process's.
+// the whole process's. Folders for temporary files that the environment names do not count from
+// then on.
 class OwnerRights {
  public:
   explicit OwnerRights(const std::string& directory);

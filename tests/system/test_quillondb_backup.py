@@ -558,6 +558,51 @@ class Kills(BackupTest):
             self.assertIn(KILLED_RESTORE, db("check", self.site.path).out, number)
         self.assertEqual(self.files(), self.old)
 
+    def leave_rows_in_the_log(self):
+        """Which a service that was killed has written last."""
+        path = self.site.path / "Reports.mdb"
+        with closing(self.site.open_database("Reports.mdb")) as reports:
+            reports.execute("PRAGMA wal_autocheckpoint = 0")
+            reports.execute("INSERT INTO MAC (RecNo, IfIndex) VALUES (77, 7)")
+            reports.commit()
+            files = {name: (path.parent / name).read_bytes()
+                     for name in ("Reports.mdb", "Reports.mdb-wal")}
+        for name, data in files.items():
+            self.site.write(name, data)
+
+    @unittest.skipUnless(tracing.is_available, "strace is not installed")
+    def test_rows_that_stand_in_the_log_alone_outlive_a_kill_at_each_step_of_the_exchange(self):
+        self.leave_rows_in_the_log()
+        old = self.files()
+        kills = 0
+        for number in kills_at_each("rename", "restore", "--replace", self.backup, self.site.path):
+            kills += (self.site.path / "~restore-old").exists()
+            self.put_back()
+            files = self.files()
+            if files == self.new:
+                break
+            self.assertTrue(files == old, (number, sorted(files)))
+        self.assertGreater(kills, len(COPIED))
+        for name, data in old.items():
+            self.site.write(name, data)
+        self.assertEqual(self.site.sql("Reports.mdb", "SELECT IfIndex FROM MAC WHERE RecNo = 77"),
+                         [(7,)])
+
+    @unittest.skipUnless(tracing.is_available, "strace is not installed")
+    def test_a_disk_that_fails_at_any_step_leaves_what_the_restore_says(self):
+        statuses = []
+        for number in range(1, 100):
+            strace = ("strace", "-f", "-qq", "-o", os.devnull, "-e", "trace=fsync",
+                      "-e", f"inject=fsync:error=EIO:when={number}")
+            statuses.append(self.restore("--replace", inside=strace).status)
+            files = self.files()
+            if files == self.new:
+                break
+            self.assertEqual(statuses[-1], FAILED, number)
+            self.assertTrue(files == self.old, (number, sorted(files)))
+        self.assertEqual(statuses[-1], DONE)
+        self.assertGreater(len(statuses), len(COPIED))
+
     def test_a_backup_that_is_killed_at_any_time(self):
         target = self.folder / "next"
         seconds = self.seconds_of("backup", self.site.path, target)
@@ -593,6 +638,15 @@ class OtherUsers(BackupTest):
         result = db("backup", self.site.path, place / "backup", inside=AS_NOBODY)
         self.assert_refused(result, "History.mdb cannot be opened: Permission denied")
         self.assertEqual(list(place.iterdir()), [])
+
+    def test_a_place_that_may_be_written_and_not_read_gets_one(self):
+        self.give_away()
+        place = self.folder / "of-nobody"
+        place.mkdir()
+        os.chown(place, NOBODY, NOBODY)
+        place.chmod(0o300)
+        ask("backup", self.site.path, place / "next", inside=AS_NOBODY)
+        verify(place / "next")
 
     def test_a_place_that_may_not_be_written_is_named(self):
         self.give_away()
@@ -703,6 +757,46 @@ class OtherUsers(BackupTest):
         self.assertIn("inside of the installation", ask("backup", self.site.path, target))
         for path in (target, *target.rglob("*")):
             self.assertEqual(path.stat().st_uid, NOBODY, path)
+
+    def lead_root_out_of(self, backup):
+        """By a link to a file of root's, of which the user knows the digest."""
+        secret = self.folder / "secret"
+        secret.write_bytes(self.new["WebReports/qws.css"])
+        secret.chmod(0o600)
+        link = backup / "WebReports" / "qws.css"
+        link.unlink()
+        link.symlink_to(secret)
+
+    def assert_is_read_with_the_users_rights(self, backup):
+        ask("restore", "--replace", backup, self.site.path)
+        self.lead_root_out_of(backup)
+        result = db("restore", "--replace", backup, self.site.path)
+        self.assertEqual(result.status, FAILED)
+        self.assertIn(f"cannot read {backup}/WebReports/qws.css: Permission denied",
+                      result.errors)
+
+    def test_a_backup_of_the_users_is_read_with_his_rights(self):
+        self.give_away()
+        for path in (self.backup, *self.backup.rglob("*")):
+            os.chown(path, NOBODY, NOBODY)
+        self.assert_is_read_with_the_users_rights(self.backup)
+
+    def test_inside_of_the_installation_a_backup_is_read_with_the_users_rights(self):
+        backup = self.site.path / "next"
+        shutil.copytree(self.backup, backup)
+        self.give_away()
+        os.chown(backup, 0, 0)
+        backup.chmod(0o755)
+        self.assert_is_read_with_the_users_rights(backup)
+
+    def test_a_folder_that_the_user_has_led_elsewhere_gets_no_backup_of_roots(self):
+        roots = self.folder / "roots"
+        roots.mkdir(0o755)
+        self.lead_root_to(roots, "next")
+        result = db("backup", self.site.path, self.site.path / "next" / "backup")
+        self.assertEqual(result.status, FAILED)
+        self.assertIn("Permission denied", result.errors)
+        self.assertEqual(list(roots.iterdir()), [])
 
     def test_what_else_lies_among_the_old_files_is_not_put_back(self):
         roots = self.folder / "roots"

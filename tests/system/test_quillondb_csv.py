@@ -231,12 +231,12 @@ BAD_FILES = {
                        ", line 1: RecNo is named twice"),
     "a quote that is not closed": (
         "MAC", addresses(MAC_ROW, '7,4,"02 1B,10.1.0.9,2024-05-01', MAC_ROW),
-        ", line 3: a field begins with a quote that is not closed\n"),
+        ", line 3, MacAddr: a field begins with a quote that is not closed\n"),
     "a quote inside a field": ("MAC", addresses(MAC_ROW, '7,4,02"1B,,2024-05-01'),
-                               ", line 3: a quote stands inside a field; "),
+                               ", line 3, MacAddr: a quote stands inside a field; "),
     "a field that goes on behind its quote": (
         "MAC", addresses(MAC_ROW, '7,4,"02"1B,,2024-05-01'),
-        ", line 3: a field goes on behind its closing quote; "),
+        ", line 3, MacAddr: a field goes on behind its closing quote; "),
     "a text in another charset": (
         "MAC", addresses(MAC_ROW) + "7,4,,B\xfcro,2024-05-01\n".encode("latin-1"),
         ", line 3, IpAddr: 'B?ro' is no UTF-8; "),
@@ -454,6 +454,49 @@ class InstallationOfAnotherUser(OwnSiteTest):
         self.assertEqual(self.call("export").status, DONE)
         self.assertEqual(self.file.stat().st_uid, 0)
         self.assertEqual([path.name for path in self.private.iterdir()], ["rows.csv"])
+
+    def name_inside(self, name, target=None):
+        """A file inside of the installation; `target` is where a link of the owner's leads."""
+        self.file = self.site.path / name
+        if target:
+            first = self.site.path / name.partition("/")[0]
+            first.symlink_to(target)
+            os.lchown(first, NOBODY, NOBODY)
+
+    def test_an_export_into_the_installation_is_the_owners(self):
+        self.name_inside("rows.csv")
+        self.assertEqual(self.call("export").status, DONE)
+        self.assertEqual(self.file.stat().st_uid, NOBODY)
+
+    def test_a_load_of_a_file_inside_of_it_needs_the_owners_rights_alone(self):
+        self.name_inside("rows.csv")
+        self.file.write_bytes(FILES["MAC"])
+        self.file.chmod(0o644)
+        self.assertEqual(self.call("load").status, DONE)
+
+    def test_a_folder_that_the_owner_has_led_elsewhere_gets_no_export_of_roots(self):
+        roots = self.folder / "roots"
+        roots.mkdir(0o755)
+        self.name_inside("out/rows.csv", roots)
+        result = self.call("export")
+        self.assertEqual(result.status, FAILED)
+        self.assertIn(f"cannot create {self.file}: Permission denied", result.errors)
+        self.assertEqual(list(roots.iterdir()), [])
+
+    def test_a_file_that_the_owner_has_led_elsewhere_is_not_loaded_by_root(self):
+        secret = self.private / "secret.csv"
+        secret.write_bytes(FILES["MAC"])
+        self.name_inside("in.csv", secret)
+        result = self.call("load")
+        self.assertEqual(result.status, FAILED)
+        self.assertIn(f"cannot open {self.file}: Permission denied", result.errors)
+
+    def test_a_pipe_of_the_owners_lets_root_wait_for_nobody(self):
+        self.name_inside("in.csv")
+        os.mkfifo(self.file)
+        result = self.call("load")
+        self.assertEqual(result.status, FAILED)
+        self.assertIn(f"{self.file} is no ordinary file", result.errors)
 
     def test_a_link_of_the_owner_leads_root_nowhere(self):
         self.file.write_bytes(FILES["MAC"])

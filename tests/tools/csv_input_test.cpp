@@ -1,6 +1,7 @@
 // Where CSV comes from.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -39,6 +40,19 @@ TEST(CsvInput, AFileIsReadToItsEnd) {
 TEST(CsvInput, WhatCannotBeOpenedIsNamed) {
   EXPECT_EQ(ReadAll("/missing/ports.csv"),
             "cannot open /missing/ports.csv: No such file or directory");
+}
+
+TEST(CsvInput, WhereAFileIsWantedNobodyWaitsForAPipe) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path() + "/ports.csv";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  try {
+    const CsvInput input(path, CsvSource::kFile);
+    ADD_FAILURE() << "no failure";
+  } catch (const FileFailure& failure) {
+    EXPECT_EQ(failure.what(),
+              path + " is no ordinary file; name another one, or - for standard input");
+  }
 }
 
 TEST(CsvInput, AHyphenIsStandardInput) {

@@ -162,8 +162,16 @@ TEST_F(QuillondbLoad, ReadingEndsWhereTheTextBreaksTheRules) {
   EXPECT_EQ(Refused("MAC", kMacHead + "x,1,,a,2024-05-01\n8,1,,5\" disk,2024-05-01\n" + kMacRow),
             "rows.csv is not loaded, and nothing was written:\n"
             "rows.csv, line 2, RecNo: 'x' is no whole number from 1 to 2147483647\n"
-            "rows.csv, line 3: a quote stands inside a field; put the field in quotes, and double "
-            "those inside");
+            "rows.csv, line 3, IpAddr: a quote stands inside a field; put the field in quotes, and "
+            "double those inside");
+}
+
+TEST_F(QuillondbLoad, FieldOfTheHeaderThatBreaksTheRulesIsCounted) {
+  EXPECT_EQ(
+      Refused("MAC", "RecNo,If\"Index\n"),
+      "rows.csv is not loaded, and nothing was written:\n"
+      "rows.csv, line 1, field 2: a quote stands inside a field; put the field in quotes, and "
+      "double those inside");
 }
 
 TEST_F(QuillondbLoad, TheFirstTwentyMistakesAreTold) {
@@ -252,7 +260,8 @@ class SlowLoad {
 TEST_F(QuillondbLoad, OthersReadAndWriteUntilAllRecordsAreThere) {
   constexpr int kRows = 100'000;
   Load("MAC", kMacHead + kMacRow);
-  SlowLoad load(home_.path(), home_.path() + "/fifo");
+  const TemporaryFolder elsewhere;
+  SlowLoad load(home_.path(), elsewhere.path() + "/fifo");
   load.Type(kRows);
   EXPECT_EQ(Sql("SELECT RecNo FROM MAC"), (std::vector<SqlRow>{{"7"}}));
   EXPECT_TRUE(OtherWriter::Idle(reports_).Begin());

@@ -96,6 +96,23 @@ class QuillondbRestore : public testing::Test {
     fs::copy_file(backup_ + "/Quillon.mdb", home_.path() + "/Quillon.mdb");
   }
 
+  // As a kill leaves it between a database and its log, in which a port stands that is not yet in
+  // the database.
+  void LeaveADatabaseThatIsAwayWithoutItsLog(int port) const {
+    const std::string file = home_.path() + "/Quillon.mdb";
+    const std::string kept = folder_.path() + "/kept";
+    {
+      OtherWriter service = OtherWriter::Idle(file);
+      ASSERT_TRUE(service.Run("UPDATE Settings_WebServer SET TcpPort = " + std::to_string(port)));
+      fs::copy_file(file, kept);
+      fs::copy_file(file + "-wal", kept + "-wal");
+    }
+    fs::create_directory(home_.path() + "/~restore-old");
+    fs::remove(file);
+    fs::rename(kept, home_.path() + "/~restore-old/Quillon.mdb");
+    fs::rename(kept + "-wal", file + "-wal");
+  }
+
   // What the findings are about.
   std::vector<std::string> Findings() const {
     std::vector<std::string> findings;
@@ -184,6 +201,45 @@ TEST_F(QuillondbRestore, LeavesNoDirectoryOfItsOwnBehindAFailure) {
   fs::remove(backup_ + "/Reports.mdb");
   EXPECT_THROW(RestoreInstallation(backup_, elsewhere, false, onLine_), FileFailure);
   EXPECT_FALSE(fs::exists(elsewhere));
+}
+
+TEST_F(QuillondbRestore, LeavesNoFoldersBehindWhereADirectoryThatItMadeGetsNoFiles) {
+  const std::string elsewhere = folder_.path() + "/elsewhere";
+  const auto breakCopy = [&](const std::string& line) {
+    if (line.starts_with("WebReports/qws.css")) {
+      fs::remove(elsewhere + "/~restore-new/WebReports/qws.css");
+    }
+  };
+  EXPECT_THROW(RestoreInstallation(backup_, elsewhere, false, breakCopy), FileFailure);
+  EXPECT_FALSE(fs::exists(elsewhere));
+}
+
+// Its owner may be another one than whoever restores it.
+TEST_F(QuillondbRestore, CopiesTheFilesThatItHasJudgedWhateverTheirNamesAreGivenToMeanwhile) {
+  const std::string secret = folder_.path() + "/secret";
+  std::ofstream(secret) << "of another one";
+  onLine_ = [&](const std::string&) {
+    fs::remove(backup_ + "/WebReports/qws.css");
+    fs::create_symlink(secret, backup_ + "/WebReports/qws.css");
+  };
+  Restore();
+  EXPECT_EQ(home_.Read("WebReports/qws.css"), "body {}");
+}
+
+TEST_F(QuillondbRestore, PublishesNothingThatALinkInTheBackupLeadsTo) {
+  const std::string secret = folder_.path() + "/secret";
+  std::ofstream(secret) << "of root";  // as many bytes
+  fs::remove(backup_ + "/WebReports/qws.css");
+  fs::create_symlink(secret, backup_ + "/WebReports/qws.css");
+  ExpectFailure("is not as it was when it was backed up");
+}
+
+TEST_F(QuillondbRestore, WaitsForNoPipeInTheBackup) {
+  for (const char* file : {"/WebReports/qws.css", "/MANIFEST"}) {
+    fs::remove(backup_ + file);
+    ASSERT_EQ(mkfifo((backup_ + file).c_str(), 0600), 0);
+    ExpectFailure(std::string(file) + " is no ordinary file");
+  }
 }
 
 TEST_F(QuillondbRestore, RefusesABackupAsItsOwnInstallation) {
@@ -304,6 +360,19 @@ TEST_F(QuillondbRestore, PutsTheOldFilesOfAKilledRestoreBackBeforeAnythingElse) 
   EXPECT_EQ(home_.Read("WebReports/qws.css"), "body { color: red }");
   EXPECT_FALSE(home_.Exists("~restore-old"));
   EXPECT_EQ(Findings(), std::vector<std::string>());
+}
+
+TEST_F(QuillondbRestore, PutsAnOldDatabaseBackToTheLogThatAKillLeftInItsPlace) {
+  LeaveADatabaseThatIsAwayWithoutItsLog(8004);
+  fs::remove(backup_ + "/MANIFEST");
+  EXPECT_THROW(Restore(), FileFailure);
+  EXPECT_EQ(Port(), "8004");
+}
+
+TEST_F(QuillondbRestore, PutsNoDatabaseBackBesideALogThatCannotGo) {
+  LeaveAKilledRestore();
+  fs::create_directories(home_.path() + "/Quillon.mdb-wal/a folder");
+  ExpectFailure("cannot delete " + home_.path() + "/Quillon.mdb-wal");
 }
 
 // The service may have gone on with the new ones.

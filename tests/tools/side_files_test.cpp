@@ -8,6 +8,7 @@
 #include <fstream>
 #include <string>
 
+#include "import/schema/databases.h"
 #include "platform/failure.h"
 #include "support/temporary_folder.h"
 

@@ -66,7 +66,7 @@ int Show(const std::string& directory, const char* table, const SettingFieldList
   return kExitDone;
 }
 
-// `accepted` is when it takes effect, for the operator.
+// `saved` says when it takes effect, for the operator.
 int Set(const std::string& directory, const char* table, const SettingFieldList& fields,
         const SettingChange& change, const char* saved) {
   const SqliteFile file = OpenSettings(directory);

@@ -13,6 +13,7 @@
 #include "quillondb/csv/columns.h"
 #include "quillondb/csv/findings.h"
 #include "quillondb/csv/output.h"
+#include "quillondb/csv/standard_stream.h"
 #include "quillondb/csv/values.h"
 #include "quillondb/installation.h"
 
@@ -123,6 +124,7 @@ std::int64_t ExportTable(const std::string& directory, const std::string& table,
                          const std::string& csvPath) {
   RequireDatabases(directory);
   const InputTable source = FindInputTable(table);
+  if (csvPath != kStandardStream && LeadsInside(csvPath, directory)) BecomeOwner(directory);
   CsvOutput output(csvPath);
   const std::int64_t count = WriteTable(directory, source, output);
   output.Commit();

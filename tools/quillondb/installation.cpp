@@ -10,7 +10,6 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "quillondb/folders.h"
-#include "quillondb/side_files.h"
 #include "render/stylesheet.h"
 
 namespace quillon {
@@ -23,14 +22,6 @@ constexpr const char* kMorvaneIniText =
     "ServerIpAddr=127.0.0.1\r\n"
     "ServerTrapPort=162\r\n";
 
-void RefuseExistingDatabases(const fs::path& directory) {
-  for (const Database& database : kDatabases) {
-    for (const std::string& file : WithSideFiles(std::string(database.fileName))) {
-      RefuseExisting(directory / file, "move it away first");
-    }
-  }
-}
-
 // A file that is there belongs to the operator and stays.
 void WriteIfMissing(const fs::path& path, std::string_view text) {
   if (!PathExists(path.string())) ReplaceFile(path.string(), text, OldFile::kStays);
@@ -42,7 +33,7 @@ void WriteIfMissing(const fs::path& path, std::string_view text) {
 // that a run that failed before them can simply be repeated.
 void CreateInstallation(const std::string& directory) {
   const fs::path home(directory);
-  RefuseExistingDatabases(home);
+  RefuseExistingDatabases(directory);
   MakeHome(home);
   MakeFolders(home);
   WriteIfMissing(home / kMorvaneIni, kMorvaneIniText);

@@ -15,6 +15,7 @@
 #include "quillondb/csv/input.h"
 #include "quillondb/csv/reader.h"
 #include "quillondb/csv/staged_rows.h"
+#include "quillondb/csv/standard_stream.h"
 #include "quillondb/csv/values.h"
 #include "quillondb/installation.h"
 
@@ -52,9 +53,18 @@ class TableLoad {
     try {
       return reader_.Next(fields);
     } catch (const Failure& failure) {
-      findings_.Add(Place(), failure.what());
+      findings_.Add(BrokenPlace(), failure.what());
       return false;
     }
+  }
+
+  // With the column, where the record is not the one that names them.
+  std::string BrokenPlace() const {
+    const auto field = reader_.brokenField();
+    if (!field) return Place();
+    const std::string name = *field < order_.size() ? table_.columns[order_[*field]].name
+                                                    : "field " + std::to_string(*field + 1);
+    return Place() + ", " + name;
   }
 
   std::string Place() const { return fmt::format("line {}", reader_.line()); }
@@ -110,13 +120,21 @@ class TableLoad {
   FieldOrder order_;
 };
 
+// Inside of the installation its owner says what has the name: a link would lead him no further
+// than he gets himself, and at a pipe nobody waits.
+CsvInput OpenInput(const std::string& path, const std::string& directory) {
+  const bool isInside = path != kStandardStream && LeadsInside(path, directory);
+  if (isInside) BecomeOwner(directory);
+  return CsvInput(path, isInside ? CsvSource::kFile : CsvSource::kAnything);
+}
+
 }  // namespace
 
 std::int64_t LoadTable(const std::string& directory, const std::string& table,
                        const std::string& csvPath) {
   RequireDatabases(directory);
   const InputTable target = FindInputTable(table);
-  CsvInput input(csvPath);
+  CsvInput input = OpenInput(csvPath, directory);
   const OwnerRights rights(directory);
   CsvReader reader(input.stream());
   const std::string refusal = input.name() + " is not loaded, and nothing was written:";

@@ -127,7 +127,6 @@ std::string RefuseEmpty(const std::string& name) {
   return name.empty() ? "it is empty; name a file or directory" : "";
 }
 
-// What stands in front of the directory on the command line is added before it.
 CLI::App* Add(CLI::App& app, Arguments& arguments, const char* name, const char* help,
               Action action) {
   CLI::App* const command = app.add_subcommand(name, help);
@@ -135,6 +134,7 @@ CLI::App* Add(CLI::App& app, Arguments& arguments, const char* name, const char*
   return command;
 }
 
+// What stands in front of the directory on the command line is added before it.
 void AddDirectory(CLI::App& command, Arguments& arguments) {
   command.add_option("DIR", arguments.directory, "The installation directory")
       ->required()

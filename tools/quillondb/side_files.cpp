@@ -1,25 +1,26 @@
-// Judged by lstat: a link could lead anywhere.
+// Judged without following links: one could lead anywhere.
 #include "quillondb/side_files.h"
 
-#include <sys/stat.h>
+#include <filesystem>
 
-#include <cerrno>
-#include <cstring>
-
+#include "import/schema/databases.h"
 #include "platform/failure.h"
 
 namespace quillon {
 namespace {
 
-bool IsThere(const std::string& path, struct stat& status) {
-  if (lstat(path.c_str(), &status) == 0) return true;
-  if (errno == ENOENT || errno == ENOTDIR) return false;
-  throw DatabaseFailure(path + ": " + std::strerror(errno));
+namespace fs = std::filesystem;
+
+fs::file_status StatusOf(const std::string& path) {
+  std::error_code failure;
+  const fs::file_status status = fs::symlink_status(path, failure);
+  if (fs::status_known(status)) return status;
+  throw DatabaseFailure(path + ": " + failure.message());
 }
 
 void RequireOrdinaryIfThere(const std::string& path) {
-  struct stat status {};
-  if (!IsThere(path, status) || S_ISREG(status.st_mode)) return;
+  const fs::file_status status = StatusOf(path);
+  if (!fs::exists(status) || fs::is_regular_file(status)) return;
   throw DatabaseFailure(path +
                         " is no ordinary file, so the database is not opened; move it away, and "
                         "restore a backup ('quillondb restore --replace')");
@@ -28,8 +29,7 @@ void RequireOrdinaryIfThere(const std::string& path) {
 // Databases in write-ahead mode, as all of ours, have none.
 void RefuseJournal(const std::string& database) {
   const std::string path = database + "-journal";
-  struct stat status {};
-  if (!IsThere(path, status)) return;
+  if (!fs::exists(StatusOf(path))) return;
   throw DatabaseFailure(
       path +
       " is no file of the service's: another program writes into the database, or "
@@ -38,12 +38,6 @@ void RefuseJournal(const std::string& database) {
 }
 
 }  // namespace
-
-std::vector<std::string> WithSideFiles(const std::string& database) {
-  std::vector<std::string> paths = {database};
-  for (const char* ending : kSideFiles) paths.push_back(database + ending);
-  return paths;
-}
 
 void RequireOrdinarySideFiles(const std::string& database) {
   for (const std::string& path : WithSideFiles(database)) RequireOrdinaryIfThere(path);

@@ -21,9 +21,6 @@ namespace fs = std::filesystem;
 // A mail password stands in the settings. SQLite gives its side files the mode of their file.
 constexpr mode_t kFileMode = 0600;
 
-// What SQLite keeps beside a database; a forgotten one would be taken for the new file's own.
-constexpr const char* kSideFiles[] = {"", "-wal", "-shm", "-journal"};
-
 // The files made so far, which go again unless all were made.
 class NewFiles {
  public:
@@ -46,17 +43,15 @@ class NewFiles {
 
  private:
   static void Remove(const std::string& path) {
-    for (const char* ending : kSideFiles) unlink((path + ending).c_str());
+    for (const std::string& file : WithSideFiles(path)) unlink(file.c_str());
   }
 
   std::vector<std::string> paths_;
 };
 
 void RefuseExisting(const std::string& path) {
-  for (const char* ending : kSideFiles) {
-    if (!fs::exists(fs::symlink_status(path + ending))) continue;
-    throw FileFailure(path + ending + " exists already and is not overwritten; move it away first");
-  }
+  if (!fs::exists(fs::symlink_status(path))) return;
+  throw FileFailure(path + " exists already and is not overwritten; move it away first");
 }
 
 void Fill(const Database& database, const std::string& path, const std::string& directory) {
@@ -75,12 +70,19 @@ std::string AbsoluteDirectory(const std::string& directory) {
 
 }  // namespace
 
+void RefuseExistingDatabases(const std::string& directory) {
+  for (const Database& database : kDatabases) {
+    const fs::path path = fs::path(directory) / database.fileName;
+    for (const std::string& file : WithSideFiles(path.string())) RefuseExisting(file);
+  }
+}
+
 void CreateDatabases(const std::string& directory) {
   const std::string home = AbsoluteDirectory(directory);
   const auto pathOf = [&](const Database& database) {
     return home + "/" + std::string(database.fileName);
   };
-  for (const Database& database : kDatabases) RefuseExisting(pathOf(database));
+  RefuseExistingDatabases(home);
   NewFiles files;
   for (const Database& database : kDatabases) {
     files.Make(pathOf(database));

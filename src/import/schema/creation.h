@@ -6,6 +6,9 @@
 
 namespace quillon {
 
+// FileFailure where anything has the name of a database, or of what the engine keeps beside one.
+void RefuseExistingDatabases(const std::string& directory);
+
 // Creates Quillon.mdb, Reports.mdb and History.mdb with tables and seed in `directory`; throws
 // std::runtime_error with a clear text when one exists already or cannot be written (nothing
 // half made is left). The directory has to exist; it becomes the SnmpcDir of the settings as

@@ -1,6 +1,8 @@
 // Tables and seed of a new installation, from the embedded texts.
 #include "import/schema/databases.h"
 
+#include <algorithm>
+
 #include "import/schema/schema_texts.h"
 
 namespace quillon {
@@ -49,6 +51,17 @@ constinit const std::array<Database, 3> kDatabases = {{
     {"Reports.mdb", BuildReports},
     {"History.mdb", BuildHistory},
 }};
+
+const Database* FindDatabase(std::string_view fileName) {
+  const auto* const found = std::ranges::find(kDatabases, fileName, &Database::fileName);
+  return found == kDatabases.end() ? nullptr : found;
+}
+
+std::vector<std::string> WithSideFiles(const std::string& database) {
+  std::vector<std::string> paths = {database};
+  for (const char* ending : kSideFiles) paths.push_back(database + ending);
+  return paths;
+}
 
 std::vector<std::string> DayTables(const SqliteFile& history, std::string_view controlTable) {
   std::vector<std::string> names;

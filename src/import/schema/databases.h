@@ -1,5 +1,5 @@
-// The three databases of an installation: their file names and how each is filled when it is
-// new. Making the files themselves is creation.h.
+// The three databases of an installation: their file names, what the engine keeps beside them, and
+// how each is filled when it is new. Making the files themselves is creation.h.
 #pragma once
 
 #include <array>
@@ -29,6 +29,16 @@ struct Database {
 };
 
 extern const std::array<Database, 3> kDatabases;
+
+// The one with that file name; null where it is no database's.
+const Database* FindDatabase(std::string_view fileName);
+
+// The endings of what the engine keeps beside a database. A file that is left behind would be taken
+// for the next database's.
+inline constexpr std::array<const char*, 3> kSideFiles = {"-wal", "-shm", "-journal"};
+
+// The database's path, and those of its side files.
+std::vector<std::string> WithSideFiles(const std::string& database);
 
 // The names of the day tables that a history's control table holds, in stored order.
 std::vector<std::string> DayTables(const SqliteFile& history, std::string_view controlTable);

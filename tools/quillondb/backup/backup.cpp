@@ -2,7 +2,9 @@
 // name.
 #include "quillondb/backup/backup.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -33,15 +35,14 @@ std::string WithoutSlash(const std::string& directory) {
   return path.has_filename() ? path.string() : path.parent_path().string();
 }
 
-// What is inside of the installation is its owner's, whatever name leads there.
-bool IsInside(const fs::path& target, const std::string& directory) {
-  const fs::path home = fs::canonical(directory);
-  const fs::path place = fs::weakly_canonical(fs::absolute(target).parent_path());
-  return std::ranges::mismatch(home, place).in1 == home.end();
-}
-
 void RefuseTarget(const std::string& target) {
   RefuseExisting(target, "name a new directory");
+}
+
+// A folder that the caller may write and not read cannot be synced by him.
+void SyncNames(const std::string& folder) {
+  const bool mayRead = faccessat(AT_FDCWD, folder.c_str(), R_OK, AT_EACCESS) == 0;
+  if (mayRead || errno != EACCES) SyncFile(folder);
 }
 
 // A folder beside the target, of the caller's alone, that goes again unless it gets the name.
@@ -60,11 +61,14 @@ class NewFolder {
 
   const std::string& path() const { return path_; }
 
+  // The name is on the disk afterwards.
   void Name(const std::string& target) {
     RefuseTarget(target);
     std::error_code failure;
     fs::rename(path_, target, failure);
     if (failure) throw FileFailure("cannot create " + target + ": " + failure.message());
+    path_ = target;
+    SyncNames(fs::absolute(target).parent_path().string());
     named_ = true;
   }
 
@@ -144,10 +148,7 @@ std::uintmax_t WriteManifest(const std::string& folder, const std::vector<std::s
     entries.push_back(EntryOf(folder, file));
     bytes += entries.back().size;
   }
-  const std::string path = folder + "/" + kManifestName;
-  MakeFile(path);
-  AppendToFile(path, ManifestText(entries, now));
-  SyncFile(path);
+  WriteNewFile(folder + "/" + kManifestName, ManifestText(entries, now));
   return bytes;
 }
 
@@ -157,7 +158,7 @@ std::string BackUpInstallation(const std::string& directory, const std::string& 
                                DateTime now, const Tell& tell) {
   RequireDatabases(directory);
   const std::string place = WithoutSlash(target);
-  const bool isInside = IsInside(place, directory);
+  const bool isInside = LeadsInside(place, directory);
   if (isInside) BecomeOwner(directory);
   RefuseTarget(place);
   NewFolder folder(place);
@@ -165,7 +166,6 @@ std::string BackUpInstallation(const std::string& directory, const std::string& 
   const std::uintmax_t bytes = WriteManifest(folder.path(), files, now);
   SyncCopiedFolders(folder.path());
   folder.Name(place);
-  SyncFile(fs::absolute(place).parent_path().string());
   return fmt::format("Backed up {} files of {}, {} bytes, to {}{}", files.size(), directory, bytes,
                      place, isInside ? ", inside of the installation: it goes with that" : "");
 }

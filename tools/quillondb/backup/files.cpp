@@ -33,6 +33,35 @@ void RequireOrdinary(const Descriptor& file, const std::string& path) {
   throw FileFailure(path + " is no ordinary file; move it away, and put one in its place");
 }
 
+// A file of its own, open from its making to its end: what the name is given to meanwhile is never
+// written through.
+class NewFile {
+ public:
+  NewFile(const std::string& path, mode_t mode)
+      : file_(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode)),
+        path_(path) {
+    if (file_.get() < 0) Fail("create", path_);
+  }
+
+  void Write(std::string_view bytes) const {
+    while (!bytes.empty()) {
+      const ssize_t count = write(file_.get(), bytes.data(), bytes.size());
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) Fail("write", path_);
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+  }
+
+  // Returns when its bytes are on the disk.
+  void Sync() const {
+    if (fsync(file_.get()) != 0) Fail("write", path_);
+  }
+
+ private:
+  Descriptor file_;
+  std::string path_;
+};
+
 }  // namespace
 
 SourceFile::SourceFile(Descriptor file, std::string path)
@@ -52,6 +81,12 @@ SourceFile SourceFile::Open(const std::string& path) {
   return std::move(*source);
 }
 
+std::uintmax_t SourceFile::Size() const {
+  struct stat status {};
+  if (fstat(file_.get(), &status) != 0) Fail("read", path_);
+  return static_cast<std::uintmax_t>(status.st_size);
+}
+
 // A database can be larger than the memory, so it goes in pieces.
 void SourceFile::Read(const std::function<void(std::string_view piece)>& handler) const {
   std::string piece(kPiece, ' ');
@@ -66,17 +101,20 @@ void SourceFile::Read(const std::function<void(std::string_view piece)>& handler
   }
 }
 
-// What the name was given to meanwhile is never written through.
-void MakeFile(const std::string& path, mode_t mode) {
-  const Descriptor file(
-      open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
-  if (file.get() < 0) Fail("create", path);
+void MakeFile(const std::string& path) {
+  const NewFile file(path, kPrivateFileMode);
+}
+
+void WriteNewFile(const std::string& path, std::string_view text) {
+  const NewFile file(path, kPrivateFileMode);
+  file.Write(text);
+  file.Sync();
 }
 
 void CopyFile(const SourceFile& from, const std::string& to, mode_t mode) {
-  MakeFile(to, mode);
-  from.Read([&](std::string_view piece) { AppendToFile(to, piece); });
-  SyncFile(to);
+  const NewFile file(to, mode);
+  from.Read([&](std::string_view piece) { file.Write(piece); });
+  file.Sync();
 }
 
 void MakeParentFolder(const std::string& path) {

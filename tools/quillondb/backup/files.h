@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -38,6 +39,11 @@ class SourceFile {
   // FileFailure where no such file is there, too.
   static SourceFile Open(const std::string& path);
 
+  // As messages tell it.
+  const std::string& path() const { return path_; }
+
+  std::uintmax_t Size() const;
+
   // Hands its bytes over from the first one on, a piece after the other.
   void Read(const std::function<void(std::string_view piece)>& handler) const;
 
@@ -49,9 +55,10 @@ class SourceFile {
 };
 
 // Makes an empty file, never over another one, and not through a link.
-void MakeFile(const std::string& path, mode_t mode = kPrivateFileMode);
+void MakeFile(const std::string& path);
 
-// The same with the bytes of `from`, which are on the disk afterwards.
+// The same with the text, or with the bytes of `from`. They are on the disk afterwards.
+void WriteNewFile(const std::string& path, std::string_view text);
 void CopyFile(const SourceFile& from, const std::string& to, mode_t mode = kPrivateFileMode);
 
 // Makes the folder of that file where it is missing, for its owner alone.

@@ -5,13 +5,11 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <optional>
 #include <string_view>
 
 #include "import/schema/databases.h"
 #include "platform/failure.h"
-#include "platform/files.h"
 #include "platform/text_lines.h"
 #include "quillondb/backup/digest.h"
 #include "quillondb/backup/files.h"
@@ -20,8 +18,6 @@
 namespace quillon {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::string_view kSize = "# size ";
 constexpr std::string_view kBetween = "  ";  // digest and name
 constexpr std::size_t kDigestLength = 64;
@@ -29,13 +25,10 @@ constexpr std::size_t kDigestLength = 64;
 // A list of all that a backup can hold has some hundred bytes.
 constexpr std::uintmax_t kLargestManifest = 65536;
 
-bool IsDatabase(std::string_view file) {
-  return std::ranges::find(kDatabases, file, &Database::fileName) != kDatabases.end();
-}
-
 // A name out of a list that somebody changed never leads out of the folder.
 bool BelongsToBackup(std::string_view file) {
-  return IsDatabase(file) || std::ranges::find(kCopiedFiles, file) != kCopiedFiles.end();
+  return FindDatabase(file) != nullptr ||
+         std::ranges::find(kCopiedFiles, file) != kCopiedFiles.end();
 }
 
 // The lines of a manifest, one after the other.
@@ -97,18 +90,22 @@ class Parser {
   std::vector<ManifestEntry> entries_;
 };
 
-std::uintmax_t SizeOf(const std::string& path) {
-  std::error_code failure;
-  const std::uintmax_t size = fs::file_size(path, failure);
-  if (failure) throw FileFailure("cannot read " + path + ": " + failure.message());
-  return size;
+std::string TextOf(const SourceFile& manifest) {
+  std::string text;
+  manifest.Read([&](std::string_view piece) {
+    text += piece;
+    if (text.size() <= kLargestManifest) return;
+    throw FileFailure(manifest.path() +
+                      " is too large for a list of a backup's files; take another backup");
+  });
+  return text;
 }
 
 }  // namespace
 
 ManifestEntry EntryOf(const std::string& folder, const std::string& file) {
-  const std::string path = folder + "/" + file;
-  return {file, SizeOf(path), Sha256OfFile(path)};
+  const SourceFile source = SourceFile::Open(folder + "/" + file);
+  return {file, source.Size(), Sha256Of(source)};
 }
 
 std::string ManifestText(const std::vector<ManifestEntry>& entries, DateTime made) {
@@ -122,31 +119,28 @@ std::string ManifestText(const std::vector<ManifestEntry>& entries, DateTime mad
 }
 
 std::vector<ManifestEntry> ReadManifest(const std::string& folder) {
-  const std::string path = folder + "/" + kManifestName;
-  if (!FileExists(path)) {
+  const auto manifest = SourceFile::OpenIfThere(folder + "/" + kManifestName);
+  if (!manifest) {
     throw FileFailure(folder + " is no backup: it has no " + kManifestName +
                       "; name a directory that 'quillondb backup' has made");
   }
-  if (SizeOf(path) > kLargestManifest) {
-    throw FileFailure(path + " is too large for a list of a backup's files; take another backup");
-  }
-  Parser parser(path);
-  ReadLines(path, [&](std::string_view line) { parser.Take(line); });
+  const std::string text = TextOf(*manifest);
+  Parser parser(manifest->path());
+  for (std::string_view rest = text; !rest.empty();) parser.Take(TakeLine(rest));
   return parser.Entries();
 }
 
-void RequireSame(const std::string& folder, const ManifestEntry& entry) {
-  const std::string path = folder + "/" + entry.file;
-  const std::uintmax_t size = SizeOf(path);
+void RequireSame(const SourceFile& file, const ManifestEntry& entry) {
+  const std::uintmax_t size = file.Size();
   if (size != entry.size) {
-    throw FileFailure(fmt::format("{} has {} bytes where {} tells {}; take another backup", path,
-                                  size, kManifestName, entry.size));
+    throw FileFailure(fmt::format("{} has {} bytes where {} tells {}; take another backup",
+                                  file.path(), size, kManifestName, entry.size));
   }
-  if (Sha256OfFile(path) == entry.sha256) return;
+  if (Sha256Of(file) == entry.sha256) return;
   throw FileFailure(
       fmt::format("{} is not as it was when it was backed up: its SHA-256 differs from"
                   " the one in {}; take another backup",
-                  path, kManifestName));
+                  file.path(), kManifestName));
 }
 
 }  // namespace quillon

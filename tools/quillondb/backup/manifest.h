@@ -9,6 +9,8 @@
 
 namespace quillon {
 
+class SourceFile;
+
 inline constexpr const char* kManifestName = "MANIFEST";
 
 struct ManifestEntry {
@@ -26,7 +28,7 @@ std::string ManifestText(const std::vector<ManifestEntry>& entries, DateTime mad
 // no other name and none twice. FileFailure, which names the line, for anything else.
 std::vector<ManifestEntry> ReadManifest(const std::string& folder);
 
-// FileFailure where the file in the folder is another one than the entry tells.
-void RequireSame(const std::string& folder, const ManifestEntry& entry);
+// FileFailure where the open file is another one than the entry tells.
+void RequireSame(const SourceFile& file, const ManifestEntry& entry);
 
 }  // namespace quillon

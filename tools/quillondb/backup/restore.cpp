@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <list>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "import/schema/databases.h"
@@ -25,22 +27,38 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Entries = std::vector<ManifestEntry>;
+// A file of the backup. It is opened once, and what was judged is what is copied, whatever its name
+// is given to meanwhile.
+struct BackedUpFile {
+  ManifestEntry entry;
+  SourceFile file;
+};
+using BackedUpFiles = std::list<BackedUpFile>;
 
-// The installation directory, which goes again where it was made for a restore that failed.
+// The installation directory, which goes again, with the folders that an installation has, where it
+// was made for a restore that failed. Those above it stay.
 class Home {
  public:
   explicit Home(const fs::path& path) : path_(path), isNew_(!IsThere(path)) { MakeHome(path); }
   ~Home() {
-    std::error_code ignored;  // it holds something then
-    if (isNew_) fs::remove(path_, ignored);
+    if (isNew_) RemoveEmpty();
   }
   Home(const Home&) = delete;
   Home& operator=(const Home&) = delete;
 
   const fs::path& path() const { return path_; }
 
+  void Keep() { isNew_ = false; }
+
  private:
+  // A folder that holds something stays.
+  void RemoveEmpty() const {
+    std::error_code ignored;
+    std::for_each(kFolders.rbegin(), kFolders.rend(),
+                  [&](const char* folder) { fs::remove(path_ / folder, ignored); });
+    fs::remove(path_, ignored);
+  }
+
   fs::path path_;
   bool isNew_;
 };
@@ -67,16 +85,28 @@ void RefuseInUse(const fs::path& home) {
   }
 }
 
-Entries ReadVerified(const std::string& source, const OwnerRights& owner) {
-  const CallersRights caller(owner);
-  Entries entries = ReadManifest(source);
-  for (const ManifestEntry& entry : entries) RequireSame(source, entry);
-  return entries;
+// Whether the installation's owner can put links into the backup, which would lead root to what is
+// not his.
+bool IsOwners(const std::string& source, const std::string& directory) {
+  std::error_code ignored;
+  if (LeadsInside(source, directory)) return true;
+  return fs::is_directory(source, ignored) && OwnerOf(source).user == OwnerOf(directory).user;
 }
 
-void RefuseOverwriting(const fs::path& home, const Entries& entries) {
-  for (const ManifestEntry& entry : entries) {
-    for (const std::string& file : WithItsSideFiles(entry.file)) {
+BackedUpFiles OpenVerified(const std::string& source, const OwnerRights& owner) {
+  const CallersRights caller(owner);
+  BackedUpFiles files;
+  for (ManifestEntry& entry : ReadManifest(source)) {
+    SourceFile file = SourceFile::Open(source + "/" + entry.file);
+    RequireSame(file, entry);
+    files.push_back({std::move(entry), std::move(file)});
+  }
+  return files;
+}
+
+void RefuseOverwriting(const fs::path& home, const BackedUpFiles& files) {
+  for (const BackedUpFile& backedUp : files) {
+    for (const std::string& file : WithItsSideFiles(backedUp.entry.file)) {
       if (!IsThere(home / file)) continue;
       throw FileFailure((home / file).string() +
                         " is there already; 'quillondb restore --replace' puts the backup in its"
@@ -131,34 +161,29 @@ class NewFiles {
   const fs::path& folder() const { return folder_; }
 
   // A copy of the backup's file that is what the manifest tells, on the disk.
-  void Take(const SourceFile& source, const ManifestEntry& entry) const {
+  void Take(const BackedUpFile& source) const {
     constexpr mode_t kSiteFileMode = 0644;
-    const std::string copy = (folder_ / entry.file).string();
+    const std::string& name = source.entry.file;
+    const std::string copy = (folder_ / name).string();
     MakeParentFolder(copy);
-    CopyFile(source, copy, IsOfSite(entry.file) ? kSiteFileMode : kPrivateFileMode);
-    RequireSame(folder_.string(), entry);
-    const auto database = std::ranges::find(kDatabases, entry.file, &Database::fileName);
-    if (database != kDatabases.end()) RequireWholeCopy(copy, *database, "take another backup");
+    CopyFile(source.file, copy, IsOfSite(name) ? kSiteFileMode : kPrivateFileMode);
+    RequireSame(SourceFile::Open(copy), source.entry);
+    const Database* const database = FindDatabase(name);
+    if (database != nullptr) RequireWholeCopy(copy, *database, "take another backup");
   }
 
  private:
   fs::path folder_;
 };
 
-SourceFile OpenAsCaller(const std::string& path, const OwnerRights& owner) {
-  const CallersRights caller(owner);
-  return SourceFile::Open(path);
-}
-
 // The names of the copies.
-std::vector<std::string> TakeAll(const NewFiles& files, const std::string& source,
-                                 const Entries& entries, const OwnerRights& owner,
+std::vector<std::string> TakeAll(const NewFiles& copies, const BackedUpFiles& files,
                                  const Tell& tell) {
   std::vector<std::string> names;
-  for (const ManifestEntry& entry : entries) {
-    files.Take(OpenAsCaller(source + "/" + entry.file, owner), entry);
-    tell(entry.file + ": verified");
-    names.push_back(entry.file);
+  for (const BackedUpFile& file : files) {
+    copies.Take(file);
+    tell(file.entry.file + ": verified");
+    names.push_back(file.entry.file);
   }
   return names;
 }
@@ -168,21 +193,23 @@ std::vector<std::string> TakeAll(const NewFiles& files, const std::string& sourc
 std::string RestoreInstallation(const std::string& source, const std::string& directory,
                                 bool replace, const Tell& tell) {
   RefuseSame(source, directory);
-  const Home made(directory);
+  Home made(directory);
   const fs::path& home = made.path();
+  if (IsOwners(source, directory)) BecomeOwner(directory);
   const OwnerRights owner(directory);
   const InstanceLock lock(directory);
   RequireHeld(lock, directory);
   RefuseInUse(home);
   EndKilledRestore(home, replace, tell);
-  Entries entries = ReadVerified(source, owner);
-  if (!replace) RefuseOverwriting(home, entries);
-  std::erase_if(entries, [&](const ManifestEntry& entry) { return Stays(home, entry, tell); });
+  BackedUpFiles files = OpenVerified(source, owner);
+  if (!replace) RefuseOverwriting(home, files);
+  std::erase_if(files, [&](const BackedUpFile& file) { return Stays(home, file.entry, tell); });
   MakeFolders(home);
-  const NewFiles files(home);
-  const std::vector<std::string> names = TakeAll(files, source, entries, owner, tell);
+  const NewFiles copies(home);
+  const std::vector<std::string> names = TakeAll(copies, files, tell);
   RefuseInUse(home);
-  PutInPlace(home, files.folder(), names);
+  PutInPlace(home, copies.folder(), names);
+  made.Keep();
   std::error_code ignored;  // what is left of it is deleted by the next restore
   fs::remove_all(home / kEndedFolder, ignored);
   return fmt::format("Restored {} files of {} in {}; 'quillondb check {}' tells whether all fits",

@@ -14,7 +14,8 @@ namespace quillon {
 // into the directory and verified there before anything is put in place. On a failure
 // (std::runtime_error) the old files are in place again. A link in the place of a file of the site
 // stays where it leads to the backup's bytes. Root reads the backup, and writes with the rights of
-// the directory's owner. The result says in a line what was done.
+// the directory's owner; a backup of that owner, or inside of the installation, he reads with those
+// as well, and has given up his own then. The result says in a line what was done.
 std::string RestoreInstallation(const std::string& source, const std::string& directory,
                                 bool replace, const Tell& tell);
 

@@ -1,7 +1,6 @@
 // Old files away, new files in place, the end; each step is one rename.
 #include "quillondb/backup/restore_exchange.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "import/schema/databases.h"
@@ -10,7 +9,6 @@
 #include "quillondb/backup/files.h"
 #include "quillondb/backup/restore_leftovers.h"
 #include "quillondb/folders.h"
-#include "quillondb/side_files.h"
 
 namespace quillon {
 namespace {
@@ -39,13 +37,18 @@ class Exchange {
     Move(newFolder / file, home_ / file);
   }
 
-  // From here on the new files stay.
+  // From here on the new files stay, whether that is on the disk or not: after a power cut the
+  // folder of the old ones has its first name again at the worst.
   void End() {
     SyncCopiedFolders(old_.string());
     SyncCopiedFolders(home_.string());
     Rename(old_, home_ / kEndedFolder);
     ended_ = true;
-    SyncFile(home_.string());
+    try {
+      SyncFile(home_.string());
+    } catch (const FileFailure&) {
+      return;
+    }
   }
 
  private:
@@ -78,9 +81,7 @@ class Exchange {
 }  // namespace
 
 std::vector<std::string> WithItsSideFiles(const std::string& file) {
-  const bool isDatabase =
-      std::ranges::find(kDatabases, file, &Database::fileName) != kDatabases.end();
-  return isDatabase ? WithSideFiles(file) : std::vector<std::string>{file};
+  return FindDatabase(file) != nullptr ? WithSideFiles(file) : std::vector<std::string>{file};
 }
 
 std::vector<std::string> ExchangedFiles() {

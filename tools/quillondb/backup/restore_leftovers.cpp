@@ -5,7 +5,6 @@
 #include "platform/failure.h"
 #include "quillondb/backup/restore_exchange.h"
 #include "quillondb/folders.h"
-#include "quillondb/side_files.h"
 
 namespace quillon {
 namespace {
@@ -50,20 +49,23 @@ void RemoveFolder(const fs::path& folder) {
   if (failure) throw FileFailure("cannot delete " + folder.string() + ": " + failure.message());
 }
 
-// What the engine keeps beside a file that an old one replaces is not the old one's.
-void DropSideFiles(const fs::path& home, const std::string& database) {
+// Left beside an old file they would be taken for its own.
+void DropSideFiles(const fs::path& database) {
   for (const char* ending : kSideFiles) {
-    std::error_code ignored;
-    fs::remove(home / (database + ending), ignored);
+    const std::string file = database.string() + ending;
+    std::error_code failure;
+    fs::remove(file, failure);
+    if (failure) throw FileFailure("cannot delete " + file + ": " + failure.message());
   }
 }
 
-// A database comes before its side files: a kill between them lets the next run go on.
+// A database comes before its side files: a kill between them lets the next run go on. What lies
+// beside an old database's place is a new one's where that is there, and else the old one's yet.
 void PutOldFilesBack(const fs::path& home) {
   const fs::path old = home / kOldFolder;
   for (const Database& database : kDatabases) {
     const std::string name(database.fileName);
-    if (IsThere(old / name)) DropSideFiles(home, name);
+    if (IsThere(old / name) && IsThere(home / name)) DropSideFiles(home / name);
   }
   for (const std::string& file : ExchangedFiles()) {
     if (IsThere(old / file)) Rename(old / file, home / file);

@@ -25,10 +25,13 @@ class DescriptorInput : public std::streambuf {
   std::array<char, 65536> piece_{};
 };
 
+// What a path may name: a pipe is waited for, a file never is.
+enum class CsvSource { kAnything, kFile };
+
 class CsvInput {
  public:
   // A path, or "-". FileFailure where it cannot be opened. No rights are needed from then on.
-  explicit CsvInput(const std::string& path);
+  explicit CsvInput(const std::string& path, CsvSource source = CsvSource::kAnything);
 
   std::istream& stream() { return stream_; }
   // As messages tell it.

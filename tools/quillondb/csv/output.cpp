@@ -13,7 +13,6 @@
 #include "platform/failure.h"
 #include "platform/terminal_text.h"
 #include "quillondb/csv/standard_stream.h"
-#include "quillondb/side_files.h"
 
 namespace quillon {
 namespace {

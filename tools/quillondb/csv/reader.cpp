@@ -36,11 +36,14 @@ bool CsvReader::Next(CsvFields& fields) {
   fields.clear();
   joined_.clear();
   std::string_view rest = record_;
+  brokenField_ = 0;
   fields.push_back(TakeField(rest));
   while (!rest.empty()) {
     rest.remove_prefix(1);  // the comma
+    brokenField_ = fields.size();
     fields.push_back(TakeField(rest));
   }
+  brokenField_.reset();
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include <deque>
 #include <istream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,9 @@ class CsvReader {
   // The line on which the record begins that was read last, or could not be read; from 1.
   std::int64_t line() const { return line_; }
 
+  // The field of that record that broke the rules, from 0; none where no single one did.
+  std::optional<std::size_t> brokenField() const { return brokenField_; }
+
  private:
   bool TakeLine(std::string_view& line);
   bool TakeRecord();
@@ -47,6 +51,7 @@ class CsvReader {
   std::string record_;              // without its line end
   bool isCutOff_ = false;           // at the limit of a record
   std::deque<std::string> joined_;  // the fields of the record that had doubled quotes
+  std::optional<std::size_t> brokenField_;
   std::int64_t line_ = 0;
   std::int64_t nextLine_ = 1;
 };
