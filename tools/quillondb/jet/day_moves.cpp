@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "quillondb/jet/table_copy.h"
 
 namespace quillon {
 namespace {
@@ -15,14 +16,11 @@ struct ControlColumns {
   std::size_t table;
 };
 
-std::size_t PlaceOf(const JetSource& source, const JetTable& control, std::string_view column) {
-  const auto found = std::ranges::find_if(
-      control.columns, [&](const std::string& name) { return SameName(name, column); });
-  if (found == control.columns.end()) {
-    throw FileFailure(source.Name() + " lacks the column " + std::string(column) + " of " +
-                      control.name + ", without which its days cannot be found");
-  }
-  return static_cast<std::size_t>(found - control.columns.begin());
+std::size_t RequirePlaceOf(const JetSource& source, const JetTable& control,
+                           std::string_view column) {
+  if (const auto place = PlaceOf(control, column)) return *place;
+  throw FileFailure(source.Name() + " lacks the column " + std::string(column) + " of " +
+                    control.name + ", without which its days cannot be found");
 }
 
 bool IsNamed(const std::vector<DayMove>& moves, std::string_view table) {
@@ -71,8 +69,8 @@ void KeepYoungest(std::vector<DayMove>& moves, std::size_t most, const std::stri
 
 std::vector<DayMove> PlanDays(JetSource& source, const JetTable& control, const DayTableKind& kind,
                               const std::vector<std::string>& newTables, JetLosses& losses) {
-  const ControlColumns columns{PlaceOf(source, control, kind.dateColumn),
-                               PlaceOf(source, control, "HistTable")};
+  const ControlColumns columns{RequirePlaceOf(source, control, kind.dateColumn),
+                               RequirePlaceOf(source, control, "HistTable")};
   std::vector<DayMove> moves;
   std::int64_t number = 0;
   source.ReadRows(control, [&](const JetRow& row) {

@@ -48,13 +48,6 @@ StoredField InNewInstallation(const SqliteFile& reference, const std::string& mo
   return row.Step() ? FieldOf(row, 0) : EmptyField(column.declaredType);
 }
 
-std::optional<std::size_t> PlaceOf(const JetTable& old, std::string_view column) {
-  const auto found = std::ranges::find_if(
-      old.columns, [&](const std::string& name) { return SameName(name, column); });
-  if (found == old.columns.end()) return std::nullopt;
-  return static_cast<std::size_t>(found - old.columns.begin());
-}
-
 void TellUnknownColumns(const JetTable& old, const TableShape& table, JetLosses& losses) {
   for (const std::string& name : old.columns) {
     const bool known = std::ranges::any_of(
@@ -187,6 +180,13 @@ class RowTaker {
 };
 
 }  // namespace
+
+std::optional<std::size_t> PlaceOf(const JetTable& old, std::string_view column) {
+  const auto found = std::ranges::find_if(
+      old.columns, [&](const std::string& name) { return SameName(name, column); });
+  if (found == old.columns.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - old.columns.begin());
+}
 
 std::int64_t CopyTable(JetSource& source, const JetTable& old, const JetTarget& target,
                        const TableShape& table, const std::string& model) {

@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "import/schema/shapes.h"
 #include "import/schema/sqlite_file.h"
@@ -11,6 +13,10 @@
 #include "quillondb/jet/losses.h"
 
 namespace quillon {
+
+// Where the column stands in the rows of the old table, whatever the case of its name; none where
+// the table lacks it.
+std::optional<std::size_t> PlaceOf(const JetTable& old, std::string_view column);
 
 // Where tables go: a database in a transaction of the caller's, and beside it one as a new
 // installation has it.
