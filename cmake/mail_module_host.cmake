@@ -1,0 +1,23 @@
+# The programs that load the mail module. The module finds in them what it needs of the core, so
+# there is one of each; nothing else is exported, since the linker keeps whatever is.
+
+# What the module needs, as options of the linker.
+function(quillon_find_module_needs module options_file)
+  add_custom_command(
+    OUTPUT ${options_file}
+    COMMAND sh -c "nm -D --undefined-only --format=posix \"$1\" | \
+sed -n 's/^\\([^ ]*7quillon[^ ]*\\) .*/-Wl,-u,\\1 -Wl,--export-dynamic-symbol=\\1/p' >\"$2\""
+      needs $<TARGET_FILE:${module}> ${options_file}
+    DEPENDS ${module}
+    COMMENT "Listing what the mail module needs"
+    VERBATIM)
+  add_custom_target(${module}_needs DEPENDS ${options_file})
+  set_target_properties(${module} PROPERTIES NEEDS_FILE ${options_file})
+endfunction()
+
+function(quillon_host_mail_module program)
+  get_target_property(options_file quillonmail NEEDS_FILE)
+  add_dependencies(${program} quillonmail quillonmail_needs)
+  target_link_options(${program} PRIVATE @${options_file})
+  set_target_properties(${program} PROPERTIES LINK_DEPENDS ${options_file})
+endfunction()
