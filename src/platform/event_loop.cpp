@@ -187,6 +187,7 @@ bool EventLoop::HasRequest() const {
 }
 
 bool EventLoop::HasOverdueJob() const {
+  if (implementation_->jobWaits.empty()) return false;  // without a look at the clock
   const std::int64_t limit = clock_.TickMs() - kPatience.count();
   const auto& waits = implementation_->jobWaits;
   return std::any_of(waits.begin(), waits.end(), [limit](auto due) { return due < limit; });

@@ -15,6 +15,11 @@ std::string CacheFolder(const Settings& settings) {
 
 }  // namespace
 
+bool TakeRemembered(const Settings& settings, const PageMemory& memory, std::string_view fileName,
+                    std::string& text) {
+  return memory.Take(CacheFolder(settings) + "/" + std::string(fileName), text);
+}
+
 bool IsCached(const Settings& settings, std::string_view fileName) {
   return PlainFileExists(CacheFolder(settings), fileName);
 }

@@ -16,6 +16,11 @@ namespace quillon {
 // plain file name is never cached.
 bool IsCached(const Settings& settings, std::string_view fileName);
 
+// IsCached and ReadFromCache at the price of one look at the file, for a page that is still the
+// one that was read before. False, and nothing done, for any other.
+bool TakeRemembered(const Settings& settings, const PageMemory& memory, std::string_view fileName,
+                    std::string& text);
+
 // text := the bytes of the cache file. A name that is not there gives an empty text and
 // leaves an empty file behind, which counts as cached from then on. A failure is
 // reported and leaves the text as it was. The connection id is not used.

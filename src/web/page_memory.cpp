@@ -26,15 +26,21 @@ bool IsSettled(const struct stat& status) {
 
 }  // namespace
 
+bool PageMemory::Take(const std::string& path, std::string& text) const {
+  const auto found = pages_.find(path);
+  struct stat status {};
+  if (found == pages_.end() || stat(path.c_str(), &status) != 0) return false;
+  const auto& [remembered, bytes] = found->second;
+  if (Identity(remembered) != Identity(status)) return false;
+  text.reserve(bytes.size() + kRoomForFrame);
+  text = bytes;
+  return true;
+}
+
 void PageMemory::Read(const std::string& path, std::string& text) {
+  if (Take(path, text)) return;
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) TouchFile(path);
-  const auto found = pages_.find(path);
-  if (found != pages_.end() && Identity(found->second.status) == Identity(status)) {
-    text.reserve(found->second.bytes.size() + kRoomForFrame);
-    text = found->second.bytes;
-    return;
-  }
   text = ReadFileBytes(path);
   if (IsSettled(status) && std::cmp_equal(status.st_size, text.size())) {
     Remember(path, status, text);

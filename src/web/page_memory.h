@@ -19,6 +19,10 @@ class PageMemory {
   // Bytes remembered in all; where a further page does not fit, the others are forgotten.
   static constexpr std::size_t kLimit = std::size_t{2} * 1024 * 1024;
 
+  // text := the remembered bytes, where the file is still the one that they were read from. False
+  // where nothing is remembered of it or it has changed; the text stays then.
+  bool Take(const std::string& path, std::string& text) const;
+
   // text := the bytes of the file, remembered or read. An absent file is made, with length
   // zero. FileFailure where that is not possible; the text stays then.
   void Read(const std::string& path, std::string& text);

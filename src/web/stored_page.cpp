@@ -7,8 +7,10 @@ namespace quillon {
 
 bool TakeStored(WebContext& context, ConnectionId id, const std::string& fileName,
                 std::string& text, bool& fromCache) {
-  if (!IsCached(context.settings, fileName)) return false;
-  ReadFromCache(context.diagnostics, context.pageMemory, id, fileName, text);
+  if (!TakeRemembered(context.settings, context.pageMemory, fileName, text)) {
+    if (!IsCached(context.settings, fileName)) return false;
+    ReadFromCache(context.diagnostics, context.pageMemory, id, fileName, text);
+  }
   fromCache = true;
   return true;
 }

@@ -60,6 +60,24 @@ TEST_F(PageMemoryTest, EveryChangeOfASettledFileShows) {
   EXPECT_TRUE(installation.Exists("WebReports/Cache/a.htm"));
 }
 
+TEST_F(PageMemoryTest, OnlyARememberedPageWhoseFileIsUnchangedIsTaken) {
+  std::string text = "before";
+  WriteInPlace("a.htm", "first");
+  WriteInPlace("b.htm", "b");
+  LetFilesSettle();
+  EXPECT_FALSE(memory.Take(Path("a.htm"), text));
+  Read("a.htm");
+  Read("b.htm");
+  EXPECT_TRUE(memory.Take(Path("a.htm"), text));
+  EXPECT_EQ(text, "first");
+  ReplaceFile(Path("a.htm"), "other", OldFile::kGoes);
+  unlink(Path("b.htm").c_str());
+  EXPECT_FALSE(memory.Take(Path("a.htm"), text));
+  EXPECT_FALSE(memory.Take(Path("b.htm"), text));
+  EXPECT_EQ(text, "first");
+  EXPECT_FALSE(installation.Exists("WebReports/Cache/b.htm"));
+}
+
 TEST_F(PageMemoryTest, SettledFileWithItsOldTimesIsReadAnewAfterAChange) {
   WriteInPlace("a.htm", "first");
   LetFilesSettle();
