@@ -1,6 +1,7 @@
 // The pass and its order.
 #include "service/hourly_pass.h"
 
+#include "platform/free_memory.h"
 #include "platform/scoped_flag.h"
 #include "service/debug_folder.h"
 #include "service/stored_settings.h"
@@ -33,6 +34,7 @@ void HourlyPass(ServiceContext& context) {
     ClearDebugDir(context.diagnostics);
   }
   context.LastHour = HourNow(context);
+  ReturnFreeMemory();
 }
 
 }  // namespace quillon

@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/free_memory.h"
 #include "service/error_exit.h"
 #include "service/hourly_pass.h"
 #include "service/sockets.h"
@@ -35,6 +36,7 @@ void OpenSockets(ServiceContext& context) {
   AppEvent(context.diagnostics, kModule, "dartSvc_State",
            "Service Started. Version: " + std::string(kVersion), EventType::kNotice);
   context.socketsOpened = true;
+  ReturnFreeMemory();
 }
 
 }  // namespace
