@@ -108,8 +108,7 @@ bool LikePattern::MatchesOne(char32_t character, const Element& element) {
 // The first place from `position` on where the element can match, as far as that shows without a
 // closer look: most of a text is passed over here.
 std::size_t LikePattern::NextStart(std::string_view text, std::size_t position,
-                                   std::size_t element) const {
-  const Element& first = elements_[element];
+                                   const Element& first) {
   if (first.kind != Element::Kind::kCharacter) return position;
   while (position < text.size()) {
     const auto byte = static_cast<unsigned char>(text[position]);
@@ -126,29 +125,31 @@ std::size_t LikePattern::StepsFor(std::size_t length) const {
 // Matches without recursion: where a piece does not fit, it is enough to let the last
 // run take one character more.
 bool LikePattern::Matches(std::string_view text) const {
+  const auto end = elements_.end();
+  auto element = elements_.begin();
+  auto behindRun = end;  // where the piece behind the last run begins; the end before there is one
+  std::size_t runEnd = 0;  // the first character that this run leaves
   std::size_t t = 0;
-  std::size_t e = 0;
-  std::size_t afterRun = 0;  // the piece behind the last run; 0 before there is one
-  std::size_t runEnd = 0;    // the first character that this run leaves
-  while (t < text.size() || e < elements_.size()) {
-    if (e < elements_.size()) {
-      if (elements_[e].kind == Element::Kind::kAnyRun) {
-        afterRun = ++e;
-        if (e == elements_.size()) return true;
-        t = runEnd = NextStart(text, t, afterRun);
+  while (t < text.size() || element != end) {
+    if (element != end) {
+      if (element->kind == Element::Kind::kAnyRun) {
+        ++element;
+        if (element == end) return true;
+        behindRun = element;
+        t = runEnd = NextStart(text, t, *behindRun);
         continue;
       }
       std::size_t next = t;
-      if (t < text.size() && MatchesOne(NextFolded(text, next), elements_[e])) {
+      if (t < text.size() && MatchesOne(NextFolded(text, next), *element)) {
         t = next;
-        ++e;
+        ++element;
         continue;
       }
     }
-    if (afterRun == 0 || runEnd >= text.size()) return false;
+    if (behindRun == end || runEnd >= text.size()) return false;
     NextFolded(text, runEnd);
-    t = runEnd = NextStart(text, runEnd, afterRun);
-    e = afterRun;
+    t = runEnd = NextStart(text, runEnd, *behindRun);
+    element = behindRun;
   }
   return true;
 }

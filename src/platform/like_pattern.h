@@ -49,7 +49,7 @@ class LikePattern {
   static Ranges Sorted(Ranges ranges);
   static bool Holds(const Ranges& ranges, char32_t character);
   static bool MatchesOne(char32_t character, const Element& element);
-  std::size_t NextStart(std::string_view text, std::size_t position, std::size_t element) const;
+  static std::size_t NextStart(std::string_view text, std::size_t position, const Element& first);
 
   std::vector<Element> elements_;
   std::size_t longestPiece_ = 1;
