@@ -2,7 +2,6 @@
 #include "service/morvane_ini.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -14,15 +13,13 @@ namespace quillon {
 namespace {
 
 std::int16_t ToPort(const std::string& text) {
-  using Limits = std::numeric_limits<std::int16_t>;
   const std::string key = "ServerTrapPort in Morvane.ini is ";
-  const auto number = ParseNumber(text);
-  if (!number) throw ConversionFailure(key + "no number: \"" + text + "\"");
-  const double port = RoundHalfEven(*number);
-  if (port < Limits::min() || port > Limits::max()) {
+  if (!IsNumeric(text)) throw ConversionFailure(key + "no number: \"" + text + "\"");
+  try {
+    return NumberToInteger16(*ParseNumber(text));
+  } catch (const OverflowFailure&) {  // which does not know whose number it is
     throw OverflowFailure(key + "out of range: " + text);
   }
-  return static_cast<std::int16_t>(port);
 }
 
 void TakeSetting(std::string_view line, Settings& settings) {

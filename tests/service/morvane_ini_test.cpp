@@ -68,12 +68,15 @@ TEST_F(MorvaneIniTest, LinesCountByTheirKeys) {
 
 TEST_F(MorvaneIniTest, PortThatIsNoNumberEndsTheReadingAtItsLine) {
   std::size_t failures = 0;
-  for (const std::string port : {"abc", "", "12x", "0x10", "&H10", "1,000", "1 2", "32768",
-                                 "32767.5", "-32769", "1e9", "70000", "99999999999999999999"}) {
+  for (const std::string port :
+       {"abc", "", "12x", "0x10", "&H10", "1,000", "1 2", "32768", "32767.5", "-32769", "1e9",
+        "70000", "99999999999999999999", "1e999"}) {
     EXPECT_EQ(Read("ServerTrapPort=" + port + "\r\nServerIpAddr=10.1.2.3\r\n"), "127.0.0.1 162")
         << port;
     ASSERT_EQ(house.Events().size(), ++failures) << port;
-    EXPECT_TRUE(house.Events().back().starts_with("1\tmodQuillonWeb_ReadMorvaneIni\t")) << port;
+    EXPECT_TRUE(house.Events().back().starts_with(
+        "1\tmodQuillonWeb_ReadMorvaneIni\tServerTrapPort in Morvane.ini is "))
+        << house.Events().back();
   }
 }
 
