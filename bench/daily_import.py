@@ -107,7 +107,7 @@ def expect_same(ours: Path, peer: Path) -> None:
 
 def work_lines(prepared: Path, count: int) -> list[Line]:
     ours, peer, trends = run_both(prepared, count)
-    return [compare("import_work", "ms", ours, peer, goal=6, wanted=3),
+    return [compare("import_work", "ms", ours, peer, goal=4, wanted=2.5),
             Line("import_trends", statistics.median(trends), "ms", goal=1000)]
 
 

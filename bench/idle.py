@@ -1,4 +1,4 @@
-"""Memory of the idle service, and its start to listening less the wait that it has to keep.
+"""Memory and processor time of the idle service, and its start to listening less the wait that it has to keep.
 
 Memory is that of one process alone on the machine: a second one would share the pages of the
 program's libraries, and they would no longer count as private.
@@ -14,6 +14,7 @@ from installation import START_WAIT, Service, make_installation
 
 START_STAGGER = 1.5  # seconds between two starts, so that none disturbs another
 START_TICK = 3.0     # seconds that the start tick takes after it opened the listener
+IDLE_SECONDS = 90    # three ticks of the timer
 
 METRICS = ("involume", "outvolume", "inbroadcast", "inmulticast", "inerrors", "outerrors")
 
@@ -27,8 +28,21 @@ def memory_of(service: Service) -> dict[str, float]:
 
 def memory_lines(when: str, memory: dict[str, float]) -> list[Line]:
     private = memory["Private_Clean"] + memory["Private_Dirty"]
-    return [Line(f"private_{when}", private, "MB", goal=6),
+    return [Line(f"private_{when}", private, "MB", goal=4, wanted=3),
+            Line(f"private_{when}_written", memory["Private_Dirty"], "MB"),
             Line(f"resident_{when}", memory["Rss"], "MB")]
+
+
+def processor_seconds(service: Service) -> float:
+    """What the one thread has used so far, to the nanosecond."""
+    text = Path(f"/proc/{service.process.pid}/schedstat").read_text(encoding="ascii")
+    return int(text.split()[0]) / 1e9
+
+
+def idle_percent(service: Service) -> float:
+    before = processor_seconds(service)
+    time.sleep(IDLE_SECONDS)
+    return (processor_seconds(service) - before) / IDLE_SECONDS * 100
 
 
 def pages_of(service: Service) -> list[str]:
@@ -60,6 +74,7 @@ def measure(options: Options) -> list[Line]:
             service.wait_for_end()
         alone = services[0]
         fresh = memory_of(alone)
+        percent = idle_percent(alone)
         pages = pages_of(alone)
         answered = [page for page in pages if alone.get(page)]
         used = memory_of(alone)
@@ -72,6 +87,7 @@ def measure(options: Options) -> list[Line]:
     return [
         *memory_lines("idle", fresh),
         *memory_lines("after_pages", used),
+        Line("processor_idle", percent, "%", goal=0.1, wanted=0.02),
         Line("pages_answered", len(answered), f"of {len(pages)}"),
         Line("start_less_wait", start_ms, "ms", goal=100),
     ]

@@ -71,9 +71,9 @@ def quillondb(command: str, directory: Path) -> None:
                    stdout=subprocess.DEVNULL)
 
 
-def new_databases(name: str) -> Path:
+def new_databases(name: str, parent: Path = SCRATCH) -> Path:
     """The databases and folders of a new installation."""
-    directory = SCRATCH / name
+    directory = parent / name
     shutil.rmtree(directory, ignore_errors=True)
     directory.parent.mkdir(parents=True, exist_ok=True)
     quillondb("create", directory)
@@ -86,9 +86,9 @@ def add_program(directory: Path) -> None:
     shutil.copytree("share/WebReports", directory / "WebReports", dirs_exist_ok=True)
 
 
-def make_installation(name: str) -> Path:
+def make_installation(name: str, parent: Path = SCRATCH) -> Path:
     """Databases with the demonstration's network, and the program's files."""
-    directory = new_databases(name)
+    directory = new_databases(name, parent)
     quillondb("demo", directory)
     add_program(directory)
     return directory

@@ -130,7 +130,7 @@ def work_lines(directory: Path, count: int) -> list[Line]:
 
     ratio = statistics.median(figures["work"] / figures["pauses"] for figures in runs)
     return [
-        Line("production_work_per_pause", ratio, "", goal=0.05, wanted=0.01),
+        Line("production_work_per_pause", ratio, "", goal=0.02, wanted=0.01),
         Line("production_work", median("work", MILLI), "s"),
         Line("production_pauses", median("pauses", MILLI), "s"),
         Line("production_longest_stretch", median("stretch"), "ms"),
