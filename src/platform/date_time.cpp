@@ -13,9 +13,9 @@ using std::chrono::local_days;
 using std::chrono::milliseconds;
 using std::chrono::year_month_day;
 
-// Reads `length` digits at `start`; nothing where one of them is no digit.
+// Reads the `length` characters at `start`, which the text has to have, as digits; nothing where
+// one of them is none.
 std::optional<int> Digits(std::string_view text, std::size_t start, std::size_t length) {
-  if (start + length > text.size()) return std::nullopt;
   int value = 0;
   for (const char digit : text.substr(start, length)) {
     if (digit < '0' || digit > '9') return std::nullopt;

@@ -40,7 +40,7 @@ InstanceLock::InstanceLock(const std::string& directory)
 }
 
 InstanceLock::~InstanceLock() {
-  if (descriptor_ >= 0) close(descriptor_);
+  close(descriptor_);
 }
 
 }  // namespace quillon

@@ -24,7 +24,7 @@ std::string WithoutTrailingZeros(std::string text) {
   if (text.find('.') == std::string::npos) return text;
   text.erase(text.find_last_not_of('0') + 1);
   if (text.back() == '.') text.pop_back();
-  return text == "-0" ? "0" : text;
+  return text;
 }
 
 // Reads a text whose whole length is a number.

@@ -94,7 +94,7 @@ void TryStep(Step&& step) {
 
 void PutBack(const std::string& path, const std::optional<std::string>& oldUnit) {
   if (oldUnit) return WriteUnit(path, *oldUnit);
-  if (FileExists(path)) DeleteFile(path);
+  DeleteFile(path);
 }
 
 }  // namespace

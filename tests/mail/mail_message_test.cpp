@@ -323,6 +323,13 @@ TEST(MailBody, AsNeededQuotesEvenWhatIsLongerByIt) {
   EXPECT_EQ(TextOf(mail), body);
 }
 
+// No line of a mail may hold it.
+TEST(MailBody, AsNeededQuotesTheByteZero) {
+  const MailPart mail = Composed(WithBody("a\0b"s));
+  EXPECT_EQ(mail.Encoding(), "quoted-printable");
+  EXPECT_EQ(TextOf(mail), "a\0b"s);
+}
+
 TEST(MailBody, AsNeededQuotesLongLines) {
   for (const std::size_t length : {999, 1000, 5000}) {
     const std::string body = "short\r\n" + std::string(length, 'x');
@@ -375,8 +382,9 @@ TEST(MailBody, CharacterThatTheCharSetLacksBecomesAQuestionMark) {
 }
 
 TEST(MailBody, UnknownCharSetIsUtf8AndTold) {
-  for (const std::string& charSet : {"klingon"s, "ISO-8859-1//TRANSLIT"s, "UTF-8 "s + "x",
-                                     "ISO-8859-1\r\nX-More: 1"s, "\""s, "ISO-8859-1; x=y"s}) {
+  for (const std::string& charSet :
+       {"klingon"s, "ISO-8859-1//TRANSLIT"s, "UTF-8 "s + "x", "ISO-8859-1\r\nX-More: 1"s, "\""s,
+        "ISO-8859-1; x=y"s, "UTF@8"s, "UTF[8]"s, "UTF{8}"s, "UTF~8"s}) {
     MailMessage message = WithBody("Gr\u00F6\u00DFe");
     message.charSet = charSet;
     MailPart mail("A: b\r\n\r\n");

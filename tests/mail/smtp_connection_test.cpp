@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <array>
 
+#include "mail/host_name.h"
 #include "mail/smtp_fixture.h"
+#include "support/environment.h"
 #include "support/mail_reader.h"
 
 namespace quillon {
@@ -153,6 +155,23 @@ TEST_F(SmtpConnectionTest, RefusedEncryptionSendsNeitherPasswordNorMail) {
   }
 }
 
+// Administrators know the variable from other programs.
+TEST_F(SmtpConnectionTest, AuthoritiesAreThoseOfTheVariableWhereItIsSet) {
+  const Environment environment({"SSL_CERT_FILE"});
+  const std::string missing = "/nowhere/authorities.pem";
+  for (const auto& file : {std::optional<std::string>(), std::optional(missing)}) {
+    environment.Set("SSL_CERT_FILE", file);
+    SmtpScript script;
+    script.offers = {"STARTTLS"};
+    // Byte by byte, so that encryption has begun when the second line comes.
+    script.answers[SmtpPoint::kStartTls] =
+        SmtpAnswer::Drip("220 go ahead\r\nno TLS\r\n", milliseconds(20));
+    ScriptedSmtpServer pretender(script);
+    ExpectFailureAt(pretender, "no encryption");
+    EXPECT_EQ(told.find(missing) != std::string::npos, file.has_value()) << told;
+  }
+}
+
 // They ask a directory, in the one thread, before they say a word.
 TEST_F(SmtpConnectionTest, MechanismsOfADirectoryAreNotUsed) {
   LogIn(false, "user@example.com", "secret");
@@ -174,6 +193,43 @@ TEST_F(SmtpConnectionTest, CallsItselfByTheNameOfTheMachine) {
   EXPECT_EQ(SendTo(taker), 0);
   EXPECT_EQ(taker.Sessions().at(0).CommandsLike("EHLO"),
             std::vector<std::string>{"EHLO "s + name.data()});
+}
+
+// Some servers take no mail from a short one.
+TEST_F(SmtpConnectionTest, CallsItselfByTheFullNameOfTheMachineWhereItHasOne) {
+  const HostName name("reports.example.net");
+  if (!name.isOther()) GTEST_SKIP() << "this user may not name the machine";
+  ScriptedSmtpServer taker;
+  EXPECT_EQ(SendTo(taker), 0);
+  EXPECT_EQ(taker.Sessions().at(0).CommandsLike("EHLO"),
+            std::vector<std::string>{"EHLO reports.example.net"});
+}
+
+TEST_F(SmtpConnectionTest, NameOfTheMachineThatIsNoneOfAHostIsNotPutIntoTheAddress) {
+  const HostName name("reports.example/?#@x");
+  if (!name.isOther()) GTEST_SKIP() << "this user may not name the machine";
+  ScriptedSmtpServer taker;
+  EXPECT_EQ(SendTo(taker), 0) << told;
+  const SmtpSession& session = taker.Sessions().at(0);
+  EXPECT_EQ(session.CommandsLike("EHLO"), std::vector<std::string>{"EHLO reports"});
+  EXPECT_EQ(session.mail, kMail);
+}
+
+// ---- lines
+
+TEST_F(SmtpConnectionTest, LineOfAnAnswerMayEndInALineFeedAlone) {
+  SmtpScript script;
+  for (const SmtpPoint point : {SmtpPoint::kMail, SmtpPoint::kRecipient, SmtpPoint::kTextEnd}) {
+    script.answers[point] = SmtpAnswer::Say("250-go\n250 on\n");
+  }
+  script.answers[SmtpPoint::kData] = SmtpAnswer::Say("354 go on\n");
+  ScriptedSmtpServer unix(script);
+  EXPECT_EQ(SendTo(unix), 0) << told;
+  EXPECT_EQ(unix.Sessions().at(0).mail, kMail);
+
+  ScriptedSmtpServer refusing(Answering(SmtpPoint::kRecipient, "550 nobody\n"));
+  ExpectFailureAt(refusing, "refusal");
+  EXPECT_NE(told.find("'550 nobody'"), std::string::npos) << told;
 }
 
 }  // namespace

@@ -51,6 +51,15 @@ TEST_F(SmtpTransferTest, LinesThatBeginWithADotArriveAsTheyAre) {
   }
 }
 
+// The dot that ends a mail stands on a line of its own.
+TEST_F(SmtpTransferTest, LastLineWithoutAnEndGetsOne) {
+  for (const std::string& mail : {"a: b\r\n\r\nx"s, "a: b\r\n\r\n."s, "a: b"s}) {
+    ScriptedSmtpServer taker;
+    EXPECT_EQ(SendTo(taker, mail), 0) << told;
+    EXPECT_EQ(taker.Sessions().at(0).mail, mail + "\r\n");
+  }
+}
+
 // Dots at every distance from one another, so that the ends of the pieces in which the text goes
 // out fall on each side of them.
 TEST_F(SmtpTransferTest, LargeMailFullOfDotsArrivesAsItIs) {
@@ -122,10 +131,12 @@ TEST_F(SmtpTransferTest, AnswersMayComeInPieces) {
 }
 
 TEST_F(SmtpTransferTest, HostMayBeAName) {
-  server.host = "localhost";
-  ScriptedSmtpServer taker;
-  EXPECT_EQ(SendTo(taker), 0) << told;
-  EXPECT_EQ(taker.Sessions().at(0).mail, kMail);
+  for (const std::string name : {"localhost", "LOCALHOST"}) {
+    server.host = name;
+    ScriptedSmtpServer taker;
+    EXPECT_EQ(SendTo(taker), 0) << told;
+    EXPECT_EQ(taker.Sessions().at(0).mail, kMail);
+  }
 }
 
 TEST_F(SmtpTransferTest, HostMayBeAnAddressOfVersion6) {
@@ -249,6 +260,22 @@ TEST_F(SmtpTransferTest, FirstDigitOfAnAnswerDecides) {
     ScriptedSmtpServer taker(With(point, SmtpAnswer::Say("252 as you like\r\n")));
     EXPECT_EQ(SendTo(taker), 0) << told;
     EXPECT_EQ(taker.Sessions().at(0).mail, kMail);
+  }
+}
+
+TEST_F(SmtpTransferTest, AnswerMayBeACodeAlone) {
+  SmtpScript script;
+  for (const SmtpPoint point : {SmtpPoint::kMail, SmtpPoint::kRecipient, SmtpPoint::kTextEnd}) {
+    script.answers[point] = SmtpAnswer::Say("250\r\n");
+  }
+  script.answers[SmtpPoint::kData] = SmtpAnswer::Say("354\r\n");
+  ScriptedSmtpServer terse(script);
+  EXPECT_EQ(SendTo(terse), 0) << told;
+  EXPECT_EQ(terse.Sessions().at(0).mail, kMail);
+  for (const std::string answer : {"550\r\n", "5\r\n", "\r\n", "-\r\n"}) {
+    ScriptedSmtpServer refusing(With(SmtpPoint::kRecipient, SmtpAnswer::Say(answer)));
+    ExpectFailureAt(refusing, answer);
+    EXPECT_EQ(refusing.Sessions().at(0).mail, std::nullopt);
   }
 }
 

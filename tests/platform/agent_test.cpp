@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "platform/failure.h"
+#include "platform/no_descriptors_left.h"
 #include "support/datagram_sockets.h"
 
 namespace quillon {
@@ -54,6 +55,15 @@ class AgentTest : public testing::Test {
   UdpAgent agent{loop};
   UdpSocket receiver;
 };
+
+TEST_F(AgentTest, OpensWhenThereIsADescriptorAgain) {
+  {
+    const NoDescriptorsLeft none;
+    EXPECT_EQ(CodeOfOpening(agent, 0, "127.0.0.1"), Code::kOther);
+  }
+  ExpectNotOpen();
+  EXPECT_EQ(CodeOfOpening(agent, 0, "127.0.0.1"), std::nullopt);
+}
 
 TEST_F(AgentTest, IsBoundToNothingBeforeItIsOpened) {
   ExpectNotOpen();

@@ -102,6 +102,14 @@ TEST_F(DatabaseSelectTest, RowsOfASelectCannotBeChanged) {
   EXPECT_EQ(Stored("SELECT Name FROM Samples"), (Texts{"a"}));
 }
 
+TEST_F(DatabaseSelectTest, RowsOfASelectAreNeitherStoredNorCounted) {
+  AddNames({"a"});
+  Recordset rows = connection.Execute("SELECT * FROM Samples");
+  EXPECT_EQ(FailureText([&] { rows.Update(); }), "Reports.mdb: the recordset is read-only");
+  EXPECT_EQ(FailureText([&] { rows.AddNew(); }), "Reports.mdb: the recordset is read-only");
+  EXPECT_EQ(rows.RecordCount(), -1);
+}
+
 TEST_F(DatabaseSelectTest, WhatIsNoSelectOfTheOwnTablesIsRefused) {
   AddNames({"a", "b"});
   const std::string other = installation.path() + "/Quillon.mdb";
@@ -277,6 +285,23 @@ TEST_F(DatabaseSelectTest, FormatGivesADateByItsPattern) {
     EXPECT_EQ(Results("SELECT Format(Seen,'" + row.pattern + "') AS Result FROM Samples"),
               row.texts)
         << row.pattern;
+  }
+}
+
+TEST_F(DatabaseSelectTest, FormatLeavesATextThatIsNoDateAndPrintsNothingByANull) {
+  Sql("INSERT INTO Samples (Seen) VALUES ('soon'), ('2024-13-01'), ('2024-05-01');");
+  EXPECT_EQ(Results("SELECT Format(Seen,'DD.MM.') AS Result FROM Samples"),
+            (Texts{"soon", "2024-13-01", "01.05."}));
+  EXPECT_EQ(Results("SELECT Format(Seen,NULL) AS Result FROM Samples"),
+            (Texts{"soon", "2024-13-01", ""}));
+}
+
+TEST_F(DatabaseSelectTest, FormatWithOtherThanTwoArgumentsIsRefused) {
+  AddNames({"a"});
+  for (const std::string arguments : {"", "'%1000d'", "Name", "Seen,'YYYY','MM'"}) {
+    EXPECT_EQ(FailureText([&] { Results("SELECT Format(" + arguments + ") FROM Samples"); }),
+              "Reports.mdb: Format takes a date and a pattern")
+        << arguments;
   }
 }
 

@@ -44,6 +44,15 @@ TEST_F(DatabaseTest, TextInAnIntegerColumnStaysAText) {
   EXPECT_THROW(samples.Field("Id").AsLong(), ConversionFailure);
 }
 
+TEST_F(DatabaseTest, BytesThatAreNoTextReadAsOne) {
+  Sql("INSERT INTO Samples (Name, Seen, Id) VALUES (x'436F7265', x'FF', x'');");
+  const Recordset samples = OpenSamples();
+  EXPECT_EQ(samples.Field("Name").AsText(), "Core");
+  EXPECT_EQ(samples.Field("Seen").AsText(), "\xFF");
+  EXPECT_EQ(samples.Field("Id").AsText(), "");
+  EXPECT_EQ(samples.Field("Id").type(), Type::kText);
+}
+
 TEST_F(DatabaseTest, SingleIsReadThroughA32BitFloat) {
   Sql("INSERT INTO Samples (Size) VALUES (16777217), (0.1);");
   Recordset samples = OpenSamples();
@@ -230,6 +239,25 @@ TEST_F(DatabaseTest, MissingFileFailsAndIsNotCreated) {
   const std::string text = FailureText([&] { other.Open(ConnectionString("Missing.mdb")); });
   EXPECT_NE(text.find("Missing.mdb"), std::string::npos) << text;
   EXPECT_FALSE(installation.Exists("Missing.mdb"));
+}
+
+TEST_F(DatabaseTest, PathThatIsTooLongForTheEngineFailsWithTheFilesName) {
+  const std::string folder = installation.path() + "/" + std::string(200, 'a') + "/" +
+                             std::string(200, 'b') + "/" + std::string(200, 'c');
+  std::filesystem::create_directories(folder);
+  std::filesystem::copy(installation.path() + "/Reports.mdb", folder + "/Far.mdb");
+  Connection other;
+  const std::string text =
+      FailureText([&] { other.Open("Provider=SQLite;Data Source=" + folder + "/Far.mdb"); });
+  EXPECT_TRUE(text.starts_with("Far.mdb: ")) << text;
+}
+
+TEST_F(DatabaseTest, ConnectionStringMayEndWithThePathAndHasToHaveOne) {
+  Connection other;
+  other.Open("Provider=SQLite;Data Source=" + installation.path() + "/Reports.mdb");
+  EXPECT_TRUE(other.Execute("SELECT Id FROM Samples").Eof());
+  EXPECT_EQ(FailureText([&] { other.Open("Provider=SQLite"); }),
+            "no data source in the connection string \"Provider=SQLite\"");
 }
 
 TEST_F(DatabaseTest, FileThatIsNoDatabaseFailsWithItsName) {

@@ -84,6 +84,39 @@ TEST(Value, ReadsAsADateAndAsABoolean) {
   EXPECT_FALSE(Value::Boolean(false).AsBoolean());
 }
 
+TEST(Value, TruthCountsAsMinusOne) {
+  EXPECT_EQ(Value::Boolean(true).AsNumber(), -1);
+  EXPECT_EQ(Value::Boolean(true).AsLong(), -1);
+  EXPECT_EQ(Value::Boolean(false).AsLong(), 0);
+}
+
+TEST(Value, TextReadsAsTheDateThatItSpells) {
+  EXPECT_EQ(Value::Text("2024-05-01").AsDate(), kMidnight);
+  EXPECT_EQ(Value::Text("2024-05-01 03:04:05").AsDate(), kMorning);
+}
+
+TEST(Value, WordOfATruthAndANumberReadAsABoolean) {
+  struct Case {
+    Value value;
+    bool truth;
+  };
+  const Case cases[] = {
+      {Value::Text("True"), true}, {Value::Text("False"), false}, {Value::Text("-1"), true},
+      {Value::Text("0"), false},   {Value::Integer(2), true},     {Value::Integer(0), false},
+      {Value::Real(0.5), true},    {Value::Single(0), false},
+  };
+  for (const Case& row : cases) EXPECT_EQ(row.value.AsBoolean(), row.truth) << row.value.AsText();
+}
+
+TEST(Value, DateIsNoNumberAndNoTruth) {
+  const Value date = Value::Date(kMidnight);
+  EXPECT_THROW(date.AsNumber(), ConversionFailure);
+  EXPECT_THROW(date.AsBoolean(), ConversionFailure);
+  for (const std::string word : {"true", "FALSE", "yes", ""}) {
+    EXPECT_THROW(Value::Text(word).AsBoolean(), ConversionFailure) << word;
+  }
+}
+
 TEST(Value, OfAWrongKindFailsWithTheFieldsName) {
   struct Case {
     std::string what;

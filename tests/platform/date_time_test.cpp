@@ -80,6 +80,14 @@ TEST(DateTime, ReadsNothingOutOfATimeThatIsNone) {
   for (const std::string& text : texts) EXPECT_EQ(std::nullopt, ParseDateTime(text)) << text;
 }
 
+TEST(DateTime, ReadsNothingWhereASeparatorOrADigitOfTheTimeIsAnother) {
+  const std::string texts[] = {
+      "2024-05/02",          "2024-05-02 12-00-00", "2024-05-02 12:00-00", "2024-05-02 12-00:00",
+      "2024-05-02 1x:00:00", "2024-05-02 12:x0:00", "2024-05-02 12:00:0x", "2024-05/02 12:00:00",
+  };
+  for (const std::string& text : texts) EXPECT_EQ(std::nullopt, ParseDateTime(text)) << text;
+}
+
 TEST(DateTime, ArithmeticIsThatOfTheWallClockOnTheDayOfTheChangeToSummerTime) {
   const DateTime noonAfterChange = MakeDateTime({2024, 3, 31, 12});
   EXPECT_EQ("2024-03-30 13:00:00", DateTimeText(noonAfterChange - hours(23)));

@@ -122,6 +122,23 @@ TEST_F(FilesTest, FolderIsNoFileToRead) {
   EXPECT_THROW(ReadFileBytes(folder), FileFailure);
 }
 
+// The size is asked for before the bytes: this file of the system's says more than it holds.
+TEST_F(FilesTest, FileThatHoldsLessThanItsSizeIsReadToItsEnd) {
+  const std::string path = "/sys/devices/system/cpu/online";
+  if (!FileExists(path)) GTEST_SKIP() << "the system has no such file";
+  const std::string bytes = ReadFileBytes(path);
+  ASSERT_FALSE(bytes.empty());
+  EXPECT_LT(bytes.size(), std::filesystem::file_size(path));
+  EXPECT_EQ(bytes.find('\n'), bytes.size() - 1);
+}
+
+TEST_F(FilesTest, SyncFailsWhereNothingCanBeSynced) {
+  Write("page.htm", "x");
+  EXPECT_NO_THROW(SyncFile(Path("page.htm")));
+  EXPECT_THROW(SyncFile(Path("missing.htm")), FileFailure);
+  EXPECT_THROW(SyncFile("/dev/null"), FileFailure);
+}
+
 TEST_F(FilesTest, ReaderOfTheOldFileSeesItWhole) {
   Write("page.htm", std::string(100'000, 'o'));
   std::ifstream reader(Path("page.htm"), std::ios::binary);
@@ -308,6 +325,27 @@ TEST_F(FilesTest, DeleteMatchingLeavesFoldersAlone) {
 
 TEST_F(FilesTest, DeleteMatchingInAMissingFolderDoesNothing) {
   EXPECT_NO_THROW(DeleteMatching(folder + "/missing", "*.htm"));
+}
+
+TEST_F(FilesTest, FolderThatCannotBeListedIsAFailure) {
+  std::filesystem::create_symlink(Path("round"), Path("round"));
+  EXPECT_THROW(DeleteMatching(Path("round"), "*.htm"), FileFailure);
+}
+
+TEST_F(FilesTest, DeleteMatchingBelowAFileDoesNothing) {
+  Write("page.htm", "x");
+  EXPECT_NO_THROW(DeleteMatching(Path("page.htm"), "*"));
+  EXPECT_EQ(List(), Names{"page.htm"});
+}
+
+TEST_F(FilesTest, NoCharacterButTheStarIsSpecialInAPattern) {
+  const Names names = {"[a].htm", "\\x.htm", "a.htm"};
+  for (const std::string& pattern : {names[0], names[1]}) {
+    for (const std::string& name : names) Write(name, "x");
+    DeleteMatching(folder, pattern);
+    EXPECT_FALSE(FileExists(Path(pattern))) << pattern;
+    EXPECT_EQ(List().size(), names.size() - 1) << pattern;
+  }
 }
 
 TEST_F(FilesTest, FailureQuotesALongNameByItsEnd) {

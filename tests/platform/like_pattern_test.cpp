@@ -117,6 +117,16 @@ TEST(LikePattern, RangeHoldsItsTwoEdges) {
   ExpectLike(failing, false);
 }
 
+TEST(LikePattern, RangesOfAListMayOverlap) {
+  const LikeCase matching[] = {
+      {"a", "[a-mc-e]"}, {"d", "[a-mc-e]"}, {"m", "[a-mc-e]"}, {"m", "[c-ea-m]"},
+      {"k", "[a-cb-k]"}, {"k", "[b-ka-c]"}, {"m", "[a-mm]"},   {"b", "[bbb]"},
+  };
+  const LikeCase others[] = {{"n", "[a-mc-e]"}, {"l", "[a-cb-k]"}, {"l", "[a-ck-mb]_"}};
+  ExpectLike(matching, true);
+  ExpectLike(others, false);
+}
+
 TEST(LikePattern, DashAtAnEdgeOfAListIsItself) {
   const LikeCase matching[] = {
       {"-", "[-ab]"}, {"a", "[-ab]"}, {"-", "[ab-]"}, {"b", "[ab-]"}, {"-", "[-]"}, {"c", "[!-ab]"},

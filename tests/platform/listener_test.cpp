@@ -1,11 +1,29 @@
 // The listener on real sockets: ids, reads, sends, and the listening socket itself.
 // Events inside the waits of other events are in listener_nesting_test.
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include "platform/listener_fixture.h"
+#include "platform/no_descriptors_left.h"
 
 namespace quillon {
 namespace {
 
 constexpr std::size_t kMiB = 1024 * 1024;
+
+// A client that breaks off before anybody has looked at it.
+void ConnectAndReset(std::int32_t port) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<std::uint16_t>(port));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const int client = socket(AF_INET, SOCK_STREAM, 0);
+  ASSERT_EQ(connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  const linger atOnce{1, 0};
+  ASSERT_EQ(setsockopt(client, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce), 0);
+  close(client);
+}
 
 // The code of the SocketFailure that opening raises; -1 where it raises none.
 int CodeOfOpening(Listener& listener) {
@@ -257,6 +275,40 @@ TEST_F(ListenerTest, ClosedListenerKeepsItsConnections) {
   listener.DataToSend(1, "and answered");
   ReceiveUpTo(*client, 12);
   EXPECT_EQ(client->received(), "and answered");
+}
+
+TEST_F(ListenerTest, WhoComesWhenNoDescriptorIsLeftIsServedLater) {
+  const Client client = ConnectUnnoticed();
+  client->Send("text");
+  {
+    const NoDescriptorsLeft none;
+    Settle();
+  }
+  ASSERT_EQ(events.log.size(), 1u);  // and not one for each look at the client
+  EXPECT_TRUE(events.log[0].starts_with("error ")) << events.log[0];
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+  while (events.reads.empty() && std::chrono::steady_clock::now() < end) Settle();
+  EXPECT_EQ(events.reads[1], Log{"text"});
+}
+
+TEST_F(ListenerTest, ClientThatBreaksOffBeforeItsTurnGetsNoId) {
+  for (int n = 0; n < 3; ++n) ConnectAndReset(listener.LocalPort());
+  Settle();
+  EXPECT_EQ(events.log, Log{});
+  const Client client = Connect();
+  EXPECT_EQ(events.log, Log{"connected 1"});
+}
+
+TEST_F(ListenerTest, OpeningWithoutADescriptorFailsAndWorksLater) {
+  listener.SetListening(false);
+  {
+    const NoDescriptorsLeft none;
+    EXPECT_THROW(listener.SetListening(true), SocketFailure);
+    EXPECT_FALSE(listener.Listening());
+  }
+  listener.SetListening(true);
+  const Client client = Connect();
+  EXPECT_EQ(events.connected.size(), 1u);
 }
 
 TEST_F(ListenerTest, OpensAgainOnThePortOfConnectionsThatAreGone) {

@@ -3,6 +3,7 @@
 #include "platform/listener_fixture.h"
 #include "platform/local_server.h"
 #include "platform/local_server_fixture.h"
+#include "platform/no_descriptors_left.h"
 #include "platform/scoped_flag.h"
 #include "support/open_descriptors.h"
 
@@ -325,6 +326,19 @@ TEST_F(LocalServerTest, ClientsLeaveNoDescriptorsBehind) {
   EXPECT_EQ(OpenDescriptors(), opened);
   server.reset();
   EXPECT_EQ(OpenDescriptors(), before);
+}
+
+TEST_F(LocalServerTest, WhoComesWhenNoDescriptorIsLeftIsServedLater) {
+  Open();
+  const auto client = Connect();
+  client->Send("status\n");
+  {
+    const NoDescriptorsLeft none;
+    Settle();
+  }
+  EXPECT_EQ(requests, Lines{});
+  EXPECT_TRUE(Until([&] { return client->HungUpOn(); }));
+  EXPECT_EQ(client->Received(), "done status\n");
 }
 
 // The only test that waits for the limit itself, for all who meet it at once.

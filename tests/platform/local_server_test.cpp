@@ -108,6 +108,12 @@ TEST_F(LocalServerTest, FolderThatIsNotThereIsAFailure) {
   EXPECT_NE(FailureOfOpen(folder.path() + "/none"), "");
 }
 
+TEST_F(LocalServerTest, NameThatCannotBeMadeIsAFailureAndAnotherOneIsMade) {
+  EXPECT_THROW(server->Open(folder.path(), "none/" + std::string(kTestSocket)), SocketFailure);
+  Open();
+  EXPECT_EQ(Exchange("status\n"), "done status\n");
+}
+
 TEST_F(LocalServerTest, PathMayBeLongerThanAnAddress) {
   std::string directory = folder.path();
   for (int level = 0; level < 4; ++level) directory += "/" + std::string(60, 'd');

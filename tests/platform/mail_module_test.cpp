@@ -2,8 +2,10 @@
 // sends them is watched in the real program.
 #include "platform/mail_module.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "platform/failure.h"
@@ -37,6 +39,16 @@ TEST_F(MailModuleTest, MissingModuleIsAFailureWithItsPath) {
 TEST_F(MailModuleTest, FileThatIsNoModuleIsAFailure) {
   std::ofstream(folder.path() + "/quillonmail.so") << "no module";
   EXPECT_EQ(Failure().rfind("cannot load " + folder.path() + "/quillonmail.so: ", 0), 0u);
+}
+
+// As one of another version would be, or another file under the module's name.
+TEST_F(MailModuleTest, LibraryWithoutTheProcedureIsAFailure) {
+  Dl_info library{};
+  ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "sqlite3_libversion"), &library), 0);
+  std::filesystem::create_symlink(library.dli_fname, folder.path() + "/quillonmail.so");
+  const std::string failure = Failure();
+  EXPECT_TRUE(failure.starts_with("cannot load ")) << failure;
+  EXPECT_NE(failure.find("QuillonNewSmtp"), std::string::npos) << failure;
 }
 
 }  // namespace

@@ -55,6 +55,17 @@ TEST(NumberText, HasNoExponentBelow1e15) {
   for (const NumberRow& row : rows) EXPECT_EQ(row.text, NumberText(row.number));
 }
 
+TEST(NumberText, HasAnExponentFrom1e15On) {
+  const NumberRow rows[] = {
+      {"1E+15", 1e15},
+      {"-1E+15", -1e15},
+      {"1.5E+300", 1.5e300},
+      {"1E+15", 999999999999999.9},  // 15 digits do not hold it
+      {"1.23456789012346E+20", 123456789012345678901.0},
+  };
+  for (const NumberRow& row : rows) EXPECT_EQ(row.text, NumberText(row.number));
+}
+
 TEST(SingleText, HasAtMost7Digits) {
   const struct {
     std::string text;
@@ -97,6 +108,16 @@ TEST(ParseNumber, GivesNothingForAnyOtherText) {
   for (const std::string& text : texts) {
     EXPECT_EQ(std::nullopt, ParseNumber(text)) << "'" << text << "'";
     EXPECT_FALSE(IsNumeric(text)) << "'" << text << "'";
+  }
+}
+
+TEST(ParseNumber, FailsForANumberThatIsTooGreat) {
+  const std::string texts[] = {"1e999", "-1e999", " 1" + std::string(400, '0')};
+  for (const std::string& text : texts) {
+    EXPECT_TRUE(IsNumeric(text)) << text;
+    EXPECT_THROW(ParseNumber(text), OverflowFailure) << text;
+    EXPECT_THROW(LeadingNumber(text + " G"), OverflowFailure) << text;
+    EXPECT_THROW(TextToLong(text), OverflowFailure) << text;
   }
 }
 

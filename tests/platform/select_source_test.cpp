@@ -71,6 +71,22 @@ TEST_F(SortedSelectTest, ColumnsOfAListAreThoseOfTheText) {
   EXPECT_EQ(named.Field("n").AsText(), "e");
 }
 
+// None of these is a plain list of columns of a plain table, so each runs as it is.
+TEST_F(SortedSelectTest, OtherThanPlainColumnsAreInOrderToo) {
+  const std::string selects[] = {
+      "SELECT 'x', Name FROM Samples ORDER BY Name DESC",
+      "SELECT Name, 'x' FROM Samples ORDER BY Name DESC",
+      "SELECT Name,Id FROM Samples ORDER BY Name DESC",
+      "SELECT (Name) AS Name FROM Samples ORDER BY Name DESC",
+      "SELECT Name FROM (SELECT * FROM Samples) ORDER BY Name DESC",
+      "SELECT Name FROM \"Samples\" ORDER BY Name DESC",
+      "SELECT Name FROM Samples, (SELECT Count(*) FROM Samples) ORDER BY Name DESC",
+  };
+  for (const std::string& select : selects) {
+    EXPECT_EQ(Names(select), (Texts{"e", "d", "c", "b", "a"})) << select;
+  }
+}
+
 TEST_F(SortedSelectTest, FailureTellsOfTheSelectAsItCame) {
   EXPECT_EQ(FailureText([&] { Names("SELECT * FROM Samples ORDER BY Missing"); }),
             "Reports.mdb: no such column: Missing");

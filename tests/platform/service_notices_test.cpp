@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "platform/failure.h"
+#include "platform/no_descriptors_left.h"
 #include "support/datagram_sockets.h"
 #include "support/environment.h"
 
@@ -92,6 +93,18 @@ TEST_F(ServiceNoticesTest, SocketThatWentFailsAndSaysWhy) {
   } catch (const SocketFailure& failure) {
     EXPECT_STRNE(failure.what(), "");
   }
+}
+
+TEST_F(ServiceNoticesTest, NoticeWithoutADescriptorFailsAndTheNextOneArrives) {
+  NoticeSocket socket;
+  environment.Set("NOTIFY_SOCKET", socket.name());
+  const ServiceNotices notices;
+  {
+    const NoDescriptorsLeft none;
+    EXPECT_THROW(notices.Send("READY=1"), SocketFailure);
+  }
+  notices.Send("STATUS=up");
+  EXPECT_EQ(socket.Arrived(), Lines{"STATUS=up"});
 }
 
 TEST_F(ServiceNoticesTest, SocketIsTheOneOfTheConstruction) {

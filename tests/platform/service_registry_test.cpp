@@ -289,6 +289,14 @@ TEST_F(ServiceRegistryTest, FailureOfTheUndoingDoesNotHideTheFirstOne) {
   EXPECT_EQ(Units(), Lines{});
 }
 
+// Somebody else may remove the file at the same moment.
+TEST_F(ServiceRegistryTest, UnitThatIsGoneBeforeTheUndoingDoesNotHideTheFirstFailure) {
+  installation.Write("programs/systemctl", "#!/bin/sh\n[ \"$1\" != enable ] || { rm " +
+                                               Quoted(Path(kUnit)) + "; exit 1; }\n");
+  ExpectInstallFails({"systemctl", "enable"});
+  EXPECT_EQ(Units(), Lines{});
+}
+
 TEST_F(ServiceRegistryTest, UnitThatCannotBeWrittenCallsNothingThatChanges) {
   const ServiceRegistry nowhere(Path("nowhere"));
   ExpectFailure([&] { nowhere.InstallService(kName, Path("home")); }, {"quillon-web.service"});
@@ -342,6 +350,17 @@ TEST_F(ServiceRegistryTest, FailedLoadingAfterARemovalIsTold) {
   ExpectUninstallFails({"systemctl", "daemon-reload"});
 }
 
+// Somebody else may remove the file at the same moment.
+TEST_F(ServiceRegistryTest, UnitThatCannotBeRemovedIsEnabledAgain) {
+  Install();
+  installation.Write("programs/systemctl", "#!/bin/sh\necho \"$1\" >> " + Quoted(Path("calls")) +
+                                               "\n[ \"$1\" != disable ] || rm " +
+                                               Quoted(Path(kUnit)) + "\n");
+  fs::remove(Path("calls"));
+  ExpectUninstallFails({"cannot delete", "quillon-web.service"});
+  EXPECT_EQ(Calls(), (Lines{"disable", "enable"}));
+}
+
 TEST_F(ServiceRegistryTest, UninstallingWithoutSystemdKeepsTheRegistration) {
   installation.Write(kUnit, kOlderUnit);
   StandIn("systemctl", "*");
@@ -358,11 +377,17 @@ TEST_F(ServiceRegistryTest, OtherUnitsStayAsTheyAre) {
   EXPECT_EQ(installation.Read("units/other.service"), "other");
 }
 
+TEST_F(ServiceRegistryTest, UnitIsCalledLikeTheServiceInSmallLettersWithoutBlanks) {
+  registry.InstallService("Quillon Web 2", Path("home"));
+  EXPECT_EQ(Units(), Lines{"quillon-web-2.service"});
+}
+
 // Systemd refuses a program whose path holds one of these, however it is quoted; a line feed
 // would begin a line of the unit's own.
 TEST_F(ServiceRegistryTest, DirectoryInWhichSystemdStartsNothingIsRefused) {
   installation.Write(kUnit, kOlderUnit);
-  for (const std::string name : {"quo\"te", "apo'strophe", "back\\slash", "line\nfeed", "tab\t"}) {
+  for (const std::string name :
+       {"quo\"te", "apo'strophe", "back\\slash", "line\nfeed", "tab\t", "del\x7F"}) {
     fs::create_directory(Path(name));
     EXPECT_THROW(registry.InstallService(kName, Path(name)), Failure) << name;
     EXPECT_EQ(Changes(), Lines{}) << name;

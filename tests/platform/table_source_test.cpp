@@ -48,6 +48,29 @@ TEST_F(TableSourceTest, ValueIsStoredByTheDeclarationOfItsColumn) {
             (Texts{"1|1|9007199254740993"}));
 }
 
+TEST_F(TableSourceTest, EmptyTextStaysATextAndFalseANumber) {
+  Recordset samples = OpenSamples();
+  samples.AddNew();
+  samples.SetField("Name", Value::Text(""));
+  samples.SetField("Active", Value::Boolean(false));
+  samples.Update();
+  EXPECT_EQ(Stored("SELECT typeof(Name), length(Name), typeof(Active), Active FROM Samples"),
+            (Texts{"text|0|integer|0"}));
+}
+
+TEST_F(TableSourceTest, RowThatIsNotThereIsNeitherChangedNorDeleted) {
+  AddNames({"a", "b"});
+  Recordset samples = OpenSamples();
+  samples.Delete();
+  EXPECT_EQ(FailureText([&] { samples.Delete(); }), "Reports.mdb: no current row");
+  EXPECT_EQ(FailureText([&] { samples.SetField("Name", Value::Text("x")); }),
+            "Reports.mdb: no current row");
+  samples.MoveNext();
+  samples.MoveNext();
+  EXPECT_EQ(FailureText([&] { samples.Delete(); }), "Reports.mdb: no current row");
+  EXPECT_EQ(Stored("SELECT Name FROM Samples"), (Texts{"b"}));
+}
+
 TEST_F(TableSourceTest, RowsOfALoopMayDifferInTheFieldsThatTheySet) {
   Recordset samples = OpenSamples();
   const std::vector<Texts> rows = {{"Id", "Name"}, {"Id", "Name"}, {"Name", "Id"}, {"Id"}, {}};

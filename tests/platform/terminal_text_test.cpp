@@ -42,6 +42,13 @@ TEST(TerminalText, HasNothingThatATerminalWouldObey) {
   }
 }
 
+TEST(TerminalText, KeepsTheFirstAndTheLastCharacterOfEachLength) {
+  for (const std::string character :
+       {" ", "~", "\u00A0", "\u07FF", "\u0800", "\u0905", "\uFFFD", "\U00010000", "\U0010FFFF"}) {
+    EXPECT_EQ(TerminalText(character), character);
+  }
+}
+
 TEST(TerminalText, KeepsTheLinesOfATextThatHasSome) {
   EXPECT_EQ(TerminalLines("a\x1B\n\nb\r\n"), "a?\n\nb");
   EXPECT_EQ(TerminalLines("no \t end"), "no ? end");

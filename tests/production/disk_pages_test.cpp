@@ -64,6 +64,18 @@ TEST_F(DiskPages, EachListIsStoredUnderItsName) {
   EXPECT_EQ(Failures(), Lines{});
 }
 
+TEST_F(DiskPages, ListOfANumberThatIsNoClassHasNoRows) {
+  AddStoragesOfAllClasses();
+  AutoCreateTop10_Disk(production, 25, "TotalM", "ASC", "disk-none.htm");
+  EXPECT_EQ(CacheFiles(), Lines{"disk-none.htm"});
+  EXPECT_TRUE(Holds(Cached("disk-none.htm"), "<table"));
+  const std::string linkOfARow = "histdisk45";
+  EXPECT_FALSE(Holds(Cached("disk-none.htm"), linkOfARow));
+  ListOfSizes();
+  EXPECT_TRUE(Holds(Cached(kFile), linkOfARow));
+  EXPECT_EQ(Failures(), Lines{});
+}
+
 // Which device stands first tells class, column and direction.
 TEST_F(DiskPages, AListIsThatOfItsClassColumnAndDirection) {
   AddStorageDays();

@@ -234,6 +234,12 @@ TEST_F(ConnectionLog, AnErrorOfTheListenerIsAppendedToTheServicesFile) {
                 kNoon + " \r\n\r\n");
 }
 
+TEST_F(ConnectionLog, AnErrorThatTheListenerRaisesIsLoggedToo) {
+  site.server.Error(24, "Too many open files");
+  EXPECT_EQ(Log("WebServices.txt"), "########## TCP Server ERROR ###########\r\n[ErrorCode=24] " +
+                                        kNoon + " Too many open files\r\n\r\n");
+}
+
 TEST_F(ConnectionLog, WithoutDebugModeThereIsNoFile) {
   site.settings.DebugMode = false;
   const auto client = site.Connect();

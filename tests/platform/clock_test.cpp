@@ -1,0 +1,43 @@
+// The clock of the machine: its zone, its tick, its sleep.
+#include "platform/clock.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <ctime>
+#include <string>
+
+namespace quillon {
+namespace {
+
+using std::chrono::milliseconds;
+
+// What the C library's calendar says of that second, in the zone of this process.
+std::string LocalText(std::time_t second) {
+  std::array<char, 32> text{};
+  std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", std::localtime(&second));
+  return text.data();
+}
+
+TEST(SystemClock, TellsTheTimeOfTheMachinesZone) {
+  const SystemClock clock;
+  const std::time_t before = std::time(nullptr);
+  const std::string now = DateTimeText(clock.Now());
+  const std::time_t after = std::time(nullptr);
+  EXPECT_GE(now, LocalText(before));
+  EXPECT_LE(now, LocalText(after));
+}
+
+TEST(SystemClock, TickGoesOnByTheSleep) {
+  SystemClock clock;
+  const DateTime before = clock.Now();
+  const std::int64_t tick = clock.TickMs();
+  clock.Sleep(milliseconds(20));
+  EXPECT_GE(clock.TickMs() - tick, 20);
+  EXPECT_LT(clock.TickMs() - tick, 2000);
+  EXPECT_NE(clock.Now(), before);
+}
+
+}  // namespace
+}  // namespace quillon
