@@ -46,6 +46,17 @@ class ServiceProcess:
         """The exit status."""
         return self._process.wait(DEADLINE)
 
+    def ask_to_end(self):
+        if self._process is not None:
+            self._process.terminate()
+
+    def end_by(self, time_of_end):
+        """Waits for its end, and kills it where that has not come by this monotonic time."""
+        if self._process is not None:
+            with suppress(subprocess.TimeoutExpired):
+                self._process.wait(max(0, time_of_end - time.monotonic()))
+        self.kill()
+
     def kill(self):
         if self._process is not None:
             self._process.kill()

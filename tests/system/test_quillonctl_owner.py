@@ -113,7 +113,7 @@ class Service(OwnerTest):
         self.assertEqual((result.status, result.errors), (DONE, ""))
         marks = History.read(SERVED.path).marks
         self.assertTrue(marks["LastImport"].startswith(TODAY))
-        self.assertLess(abs(seconds_ago(marks["LastReport"])), 600)
+        self.assertLess(abs(seconds_ago(marks["LastReport"])), 3600)
         ask(SERVED, "save", "--debug-mode", "no")
         self.assertEqual(SERVED.event_texts(), [STARTED])
         self.assert_all_is_his(SERVED)

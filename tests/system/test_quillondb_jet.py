@@ -204,7 +204,7 @@ class Sync(unittest.TestCase):
             self.assertIn("\n8 rows were taken over\n", result.out)
 
     def test_the_report_is_marked_as_finished(self):
-        self.assertLess(abs(seconds_ago(self.marks["LastReport"])), 600)
+        self.assertLess(abs(seconds_ago(self.marks["LastReport"])), 3600)
         self.assertEqual((self.marks["ReportStart"][:10], self.marks["ReportEnd"][:10]),
                          (YESTERDAY, TODAY))
 
