@@ -34,12 +34,14 @@ struct EventLoop::Implementation {
   std::vector<std::int64_t> jobWaits;  // ticks at which the waits of jobs on the stack should end
   bool inRequest = false;              // what is at work belongs to a request
   int requests = 0;                    // on the stack
+  int depth = 0;                       // of them, on top of the last job
   bool quit = false;
 
   // The handler as an event that is no request, whatever it runs nested on.
   std::function<void()> AsJob(std::function<void()> handler) {
     return [this, handler = std::move(handler)] {
       const ScopedFlag job(inRequest, false);
+      const ScopedValue<int> onTop(depth, 0);
       handler();
     };
   }
@@ -176,7 +178,12 @@ void EventLoop::DelayMs(std::int16_t milliseconds) {
 
 EventLoop::RequestMark::RequestMark(EventLoop& loop)
     : inRequest_(loop.implementation_->inRequest, true),
-      requests_(loop.implementation_->requests, loop.implementation_->requests + 1) {}
+      requests_(loop.implementation_->requests, loop.implementation_->requests + 1),
+      depth_(loop.implementation_->depth, loop.implementation_->depth + 1) {}
+
+int EventLoop::RequestDepth() const {
+  return implementation_->depth;
+}
 
 bool EventLoop::InRequest() const {
   return implementation_->inRequest;

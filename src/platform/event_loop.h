@@ -53,7 +53,12 @@ class EventLoop {
    private:
     ScopedFlag inRequest_;
     ScopedValue<int> requests_;
+    ScopedValue<int> depth_;
   };
+
+  // How many requests are nested on one another: on top of the last job, where one is on the stack.
+  // Those below it have to wait for its end.
+  int RequestDepth() const;
 
   // True in what runs on behalf of a client: a request, and what it calls.
   bool InRequest() const;

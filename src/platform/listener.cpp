@@ -109,7 +109,7 @@ class Listener::Implementation {
     ConnectionPtr connection;
   };
 
-  bool HoldsBack() const { return running_.size() >= kDepthLimit || loop_.HasOverdueJob(); }
+  bool HoldsBack() const { return loop_.RequestDepth() >= kDepthLimit || loop_.HasOverdueJob(); }
   ConnectionId FreeId() const;
   void WaitForClient();
   void WaitForClientLater();
@@ -347,8 +347,7 @@ void Listener::Implementation::End(ConnectionId id, const ConnectionPtr& connect
 // Called whenever an event has ended. One connection is resumed at a time; its own event
 // resumes the next.
 void Listener::Implementation::ResumeHeldBack() {
-  if (loop_.HasOverdueJob()) return ResumeLater();
-  if (HoldsBack()) return;
+  if (HoldsBack()) return ResumeLater();
   if (heldClient_) asio::post(acceptor_.get_executor(), [this] { ResumeClient(); });
   for (const auto& [id, connection] : std::exchange(unwatched_, {})) {
     if (connection->up) WaitForText(id, connection);

@@ -34,8 +34,9 @@ class Listener {
   static constexpr std::size_t kPendingLimit = std::size_t{16} * 1024 * 1024;
   // What one read takes at most.
   static constexpr std::size_t kReadSize = std::size_t{64} * 1024;
-  // Depth of nested events from which no further read is started until it falls, so
-  // that clients cannot grow the stack without end. Nor is one started while a job is overdue.
+  // Depth of nested events, on top of the last job, from which no further read is started until it
+  // falls, so that clients cannot grow the stack without end. Nor is one started while a job is
+  // overdue.
   static constexpr int kDepthLimit = 32;
 
   // The largest number that is kept apart so. What is filled for a number, over some waits, is not

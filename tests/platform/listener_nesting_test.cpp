@@ -1,6 +1,7 @@
 // Events of the listener inside the waits of other events: who is served when, how deep
 // it goes, and which ids stay taken meanwhile.
 #include <algorithm>
+#include <thread>
 
 #include "platform/listener_fixture.h"
 
@@ -387,6 +388,32 @@ TEST_F(BusyClientsTest, WaitsOfRequestsHaveNoPrecedence) {
   Settle();
   EXPECT_GE(texts, kTextsAtMost);
   EXPECT_FALSE(overdue);
+}
+
+// The requests below a job cannot end before it does, and it may last for an hour.
+TEST_F(ListenerNestingTest, JobOnTopOfTheGreatestDepthKeepsNobodyOut) {
+  constexpr int kOther = Listener::kDepthLimit + 1;
+  ConnectClients(kOther);
+  bool jobRuns = false;
+  bool servedInJob = false;
+  const auto job = [&] {
+    jobRuns = true;
+    ClientOf(kOther).Send("r");
+    for (int round = 0; round < 1000 && !servedInJob; ++round) {
+      loop.DelayMs(20);
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    jobRuns = false;
+  };
+  inside = [&](ConnectionId id, const std::string&) {
+    if (id == kOther) servedInJob = jobRuns;
+    if (id < kOther && depth == Listener::kDepthLimit) loop.Post(job);
+    if (id < kOther) loop.DelayMs(20);
+  };
+  for (int id = 1; id < kOther; ++id) ClientOf(id).Send("r");
+  for (int round = 0; round < 5; ++round) Settle();
+  EXPECT_TRUE(servedInJob);
+  EXPECT_EQ(depth, 0);
 }
 
 }  // namespace
