@@ -19,6 +19,7 @@ _SHARE = Path(os.environ.get("QUILLON_SHARE", _SOURCES / "share")).resolve()
 DATABASES = ("Quillon.mdb", "Reports.mdb", "History.mdb")
 PATIENCE = 300  # seconds for one call of a program; nothing that works comes near it
 _IMPORT_TIME = timedelta(hours=4, seconds=20)
+_NO_DAMAGE = ("charts show no day", "a moment to come")
 _RECNO_STEP = 1000  # beyond every number of a device in the demonstration
 
 
@@ -40,7 +41,7 @@ class Night:
     def copy_to(self, path: Path) -> "Night":
         shutil.copytree(self.path, path)
         sql(path / "Quillon.mdb", f"UPDATE Settings_General SET SnmpcDir = '{path}'")
-        return Night(path)
+        return self._at(path)
 
     def remove(self) -> None:
         shutil.rmtree(self.path)
@@ -49,13 +50,15 @@ class Night:
         """The call that imports at that moment."""
         return [str(PROGRAMS / "import_at"), str(self.path), f"{moment:%Y-%m-%d %H:%M:%S}"]
 
-    def run_pass(self, moment: datetime, in_process=None) -> str:
-        """What an import says that nobody kills. The procedure runs in its process before it."""
+    def run_pass(self, moment: datetime, in_process=None, environment=None) -> str:
+        """What an import says that nobody kills. The procedure runs in its process before it, and
+        the variables are added to its environment."""
         done = subprocess.run(self.command(moment), capture_output=True, text=True, check=False,
-                              timeout=PATIENCE, preexec_fn=in_process)
+                              timeout=PATIENCE, preexec_fn=in_process,
+                              env={**os.environ, **(environment or {})})
         if done.returncode != 0:
             return f"status {done.returncode}: {done.stderr.strip()}"
-        return done.stdout.strip()
+        return done.stdout.partition("\n")[0]
 
     def history(self) -> History:
         return History.read(self.path)
@@ -79,7 +82,8 @@ class Night:
 
     def damages(self) -> list[str]:
         """What the engine and the installation's own check find wrong. Days that hold up the charts
-        are no damage: the rules of the night judge what a repeated import may leave twice."""
+        are no damage: the rules of the night judge what a repeated import may leave twice. Nor is
+        the report of a day that has passed for the night alone, and not for the check."""
         found = []
         for name in DATABASES:
             with closing(sqlite3.connect(self.path / name)) as database:
@@ -89,7 +93,7 @@ class Night:
                                capture_output=True, text=True, check=False, timeout=PATIENCE)
         lines = check.stdout.splitlines() or check.stderr.splitlines()
         return found + [f"quillondb check: {line}" for line in lines
-                        if line != "ok" and "charts show no day" not in line]
+                        if line != "ok" and not any(words in line for words in _NO_DAMAGE)]
 
     def let_a_day_pass(self) -> None:
         """The management product writes the statistics of the next day and its mark."""
@@ -101,6 +105,9 @@ class Night:
         sql(self.path / "History.mdb",
             f"UPDATE General_Info SET LastReport = {tomorrow('LastReport')}")
         self.day = _day_of_report(self.path)
+
+    def _at(self, path: Path) -> "Night":
+        return Night(path)
 
 
 def sql(file: Path, *statements: str) -> None:

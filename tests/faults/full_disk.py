@@ -1,25 +1,28 @@
-"""Imports on a disk that fills up: no file can grow beyond a limit. The pass of the next day, with
-room again, has to bring its day into a whole history."""
+"""Nights on a disk that fills up: no file can grow beyond a limit. The pass of the next day, with
+room again, has to be whole."""
 
 import resource
 import signal
 from collections import Counter
+from collections.abc import Callable, Iterator
 from pathlib import Path
 
 from demo_night import Night
+from disturbed_nights import OUTCOMES, DisturbedNights
 from history_file import History
 from night_rules import Reference, after_a_fault, after_the_next_pass, is_complete
+from series_table import counted, line
 from verdict import disturbances, judge
+from whole_night import WholeNight
 
-STEPS = 20
+STEPS = 50
 _LEAST = 1 << 16        # bytes; nothing gets by with that
 _LINE_OF_AN_EVENT = 1 << 10
 COMPLETE, PARTLY, NOTHING = "complete", "in part", "nothing"
 
 
 class FullDiskSeries:
-    """Limits on copies of one installation, the closer to each other the smaller they are: the
-    first writes are the most different ones."""
+    """Imports on copies of one installation."""
 
     def __init__(self, name: str, night: Night, scratch: Path):
         self.name = name
@@ -28,17 +31,16 @@ class FullDiskSeries:
         self._scratch = scratch
         self._before = night.history()
         self._first_day, self._second_day = self._two_undisturbed_days()
-        self._enough = self._find_enough()
+        self._enough = _find_enough(night, scratch, self._has_room)
 
     def run(self) -> None:
         """Raises Broken where something does not hold."""
-        for step in range(STEPS):
-            self._import_with(self._enough * step * step // (STEPS * STEPS))
+        for limit in _limits(self._enough):
+            self._import_with(limit)
 
     def __str__(self) -> str:
-        counts = ", ".join(f"{self.counts[word]} {word}" for word in (NOTHING, PARTLY, COMPLETE))
-        return (f"{self.name}: {STEPS} limits from 0 to {self._enough >> 10} KiB a file, "
-                f"imported {counts}")
+        return line(f"{self.name}, 0 to {self._enough >> 10} KiB a file", STEPS,
+                    counted(self.counts, (NOTHING, PARTLY, COMPLETE)))
 
     def _two_undisturbed_days(self) -> tuple[Reference, Reference]:
         night = self._night.copy_to(self._scratch / "undisturbed")
@@ -55,17 +57,8 @@ class FullDiskSeries:
         night.remove()
         return references[0], references[1]
 
-    def _find_enough(self) -> int:
-        """The least power of two that no import notices."""
-        size = _LEAST
-        while True:
-            night = self._night.copy_to(self._scratch / "enough")
-            night.run_pass(night.import_moment, _limited_to(size))
-            is_enough = not night.events() and self._is_complete(night.history_as_left())
-            night.remove()
-            if is_enough:
-                return size
-            size *= 2
+    def _has_room(self, night: Night) -> bool:
+        return self._is_complete(night.history_as_left())
 
     def _import_with(self, limit: int) -> None:
         night = self._night.copy_to(self._scratch / f"limit-{limit}")
@@ -96,6 +89,52 @@ class FullDiskSeries:
 
     def _is_complete(self, found: History) -> bool:
         return is_complete(self._before, found, self._first_day)
+
+
+class FullDiskNights:
+    """The same of whole nights, whose pages and events are files too."""
+
+    def __init__(self, nights: DisturbedNights):
+        self.counts: Counter = Counter()  # by what became of the day
+        self._nights = nights
+        self._enough = _find_enough(nights.night, nights.scratch, self._has_room)
+
+    def run(self) -> None:
+        """Raises Broken where something does not hold."""
+        for limit in _limits(self._enough):
+            self._fill(limit)
+
+    def __str__(self) -> str:
+        return line(f"{self._nights.name}, full disk, 0 to {self._enough >> 10} KiB a file", STEPS,
+                    counted(self.counts, OUTCOMES))
+
+    def _has_room(self, night: WholeNight) -> bool:
+        return self._nights.is_whole(night.history_as_left(), night.output())
+
+    def _fill(self, limit: int) -> None:
+        night = self._nights.night.copy_to(self._nights.scratch / f"limit-{limit}")
+        said = night.run_pass(night.import_moment, _limited_to(limit))
+        self.counts[self._nights.judge_fault(night, f"{limit} bytes a file", said,
+                                             can_tell=limit >= _LINE_OF_AN_EVENT)] += 1
+
+
+def _find_enough(night: Night, scratch: Path, has_room: Callable[[Night], bool]) -> int:
+    """The least power of two that no night notices."""
+    size = _LEAST
+    while True:
+        copy = night.copy_to(scratch / "enough")
+        copy.run_pass(copy.import_moment, _limited_to(size))
+        is_enough = not copy.events() and has_room(copy)
+        copy.remove()
+        if is_enough:
+            return size
+        size *= 2
+
+
+def _limits(enough: int) -> Iterator[int]:
+    """The closer to each other the smaller they are: the first writes are the most different
+    ones."""
+    return (enough * step * step // (STEPS * STEPS) for step in range(STEPS))
 
 
 def _limited_to(size: int):

@@ -1,5 +1,5 @@
-"""Runs the series and prints a line for each. Called by tests/faults/run, which builds what this
-needs."""
+"""Runs the series and prints a line of a table for each. Called by tests/faults/run, which builds
+what this needs."""
 
 import os
 import random
@@ -9,16 +9,42 @@ import sys
 from pathlib import Path
 
 from demo_night import leave_tables_free, make_night
-from full_disk import FullDiskSeries
+from disturbed_nights import DisturbedNights
+from exclusive_lock import TOO_LONG, WAITED_FOR
+from failing_calls import KINDS, FailingCalls
+from full_disk import FullDiskNights, FullDiskSeries
 from killers import AtMoments, AtWrites, Killer, can_count_writes
 from kills import KillSeries
+from locked_nights import LockedNights
+from locked_requests import LockedRequests, LockedSite
+from series_table import HEAD
 from verdict import Broken
+from whole_kills import WholeKills
+from whole_night import make_whole_night
 
-SCRATCH = Path("build/faults").resolve()
+SCRATCH = Path("build/faults/nights").resolve()
 KILLS = 100
+WHOLE_KILLS_FOR_EACH = 5  # kills of whole nights for each kill of a series of imports
 TIMES_THE_DEMONSTRATION = 8  # 3,200 ports and 504 storages: an import takes some 100 ms
 REGULAR, AFTER_MISSED_NIGHTS = 1, 3  # day tables that are free
 FREE_TABLES = (REGULAR, AFTER_MISSED_NIGHTS)
+LOCKS = (WAITED_FOR, TOO_LONG)
+
+
+class Table:
+    """Prints the lines as the series end. One that breaks ends alone."""
+
+    def __init__(self):
+        self.is_broken = False
+        print(HEAD, flush=True)
+
+    def run(self, series, *counts: int) -> None:
+        try:
+            series.run(*counts)
+        except Broken as broken:
+            self.is_broken = True
+            print(f"tests/faults/run: {broken}", file=sys.stderr, flush=True)
+        print(series, flush=True)
 
 
 def killers() -> list[Killer]:
@@ -28,8 +54,7 @@ def killers() -> list[Killer]:
     return [AtMoments()]
 
 
-def run_all(kills: int, seed: int) -> None:
-    shutil.rmtree(SCRATCH, ignore_errors=True)
+def disturb_imports(table: Table, kills: int, seed: int) -> None:
     nights = {count: make_night(SCRATCH / f"{count}-free", TIMES_THE_DEMONSTRATION)
               for count in FREE_TABLES}
     for count, night in nights.items():
@@ -37,13 +62,39 @@ def run_all(kills: int, seed: int) -> None:
     os.sync()  # else the system writes all this out beside the first imports, which it slows
     for killer in killers():
         for count, night in nights.items():
-            series = KillSeries(f"{count} free", night, SCRATCH, killer, seed)
-            series.run(kills)
-            print(series, flush=True)
-    full_disk = FullDiskSeries("full disk", nights[REGULAR], SCRATCH)
-    full_disk.run()
-    print(full_disk)
-    shutil.rmtree(SCRATCH)
+            table.run(KillSeries(f"imports with {count} free", night, SCRATCH, killer, seed), kills)
+    table.run(FullDiskSeries("imports, full disk", nights[REGULAR], SCRATCH))
+
+
+def disturb_whole_nights(table: Table, kills: int, seed: int) -> None:
+    nights = DisturbedNights("whole nights", make_whole_night(SCRATCH / "whole"), SCRATCH)
+    table.run(WholeKills(nights, seed), WHOLE_KILLS_FOR_EACH * kills)
+    for kind in KINDS:
+        for is_for_good in (False, True):
+            table.run(FailingCalls(nights, kind, is_for_good, seed), kills)
+    table.run(FullDiskNights(nights))
+    for seconds in LOCKS:
+        table.run(LockedNights(nights, seconds))
+
+
+def disturb_requests(table: Table) -> None:
+    with LockedSite(SCRATCH) as site:
+        for seconds in LOCKS:
+            table.run(LockedRequests(site, seconds))
+
+
+def run_all(kills: int, seed: int) -> bool:
+    """Whether all of it holds."""
+    shutil.rmtree(SCRATCH, ignore_errors=True)
+    SCRATCH.mkdir(parents=True)
+    print(f"Seed {seed}\n")
+    table = Table()
+    disturb_imports(table, kills, seed)
+    disturb_whole_nights(table, kills, seed)
+    disturb_requests(table)
+    if not table.is_broken:
+        shutil.rmtree(SCRATCH)
+    return not table.is_broken
 
 
 def main(arguments: list[str]) -> int:
@@ -53,11 +104,10 @@ def main(arguments: list[str]) -> int:
     kills = int(arguments[0]) if arguments else KILLS
     seed = int(arguments[1]) if len(arguments) == 2 else random.randrange(1_000_000)
     try:
-        run_all(kills, seed)
+        return 0 if run_all(kills, seed) else 1
     except (Broken, OSError, subprocess.SubprocessError) as error:
         print(f"tests/faults/run: {error}", file=sys.stderr)
         return 1
-    return 0
 
 
 if __name__ == "__main__":

@@ -9,6 +9,7 @@ from demo_night import Night
 from history_file import DISK, SWITCH, History, covered_day
 from killers import Killer
 from night_rules import Reference, after_a_kill, after_the_next_pass
+from series_table import counted, line
 from verdict import Broken, disturbances, judge
 
 REACHED = ("no row stamped", "switch stamped", "disk stamped", "sums written")
@@ -20,7 +21,7 @@ class KillSeries:
     """Kills on copies of one installation, each by the killer in its own way."""
 
     def __init__(self, name: str, night: Night, scratch: Path, killer: Killer, seed: int):
-        self.name = f"{name}, {killer.name}, seed {seed}"
+        self.name = f"{name}, {killer.name}"
         self.counts: Counter = Counter()  # by what had been reached
         self._night = night
         self._scratch = scratch
@@ -43,9 +44,9 @@ class KillSeries:
             raise Broken(f"{self}: too few of them met an import")
 
     def __str__(self) -> str:
-        reached = ", ".join(f"{self.counts[word]} {word}" for word in REACHED)
-        return (f"{self.name}: {self.kills} kills: {reached}; not counted: "
-                f"{self.counts[TOO_EARLY]} {TOO_EARLY}, {self.counts[TOO_LATE]} {TOO_LATE}")
+        return line(self.name, self.kills,
+                    f"{counted(self.counts, REACHED)}; "
+                    f"not counted: {counted(self.counts, (TOO_EARLY, TOO_LATE))}")
 
     def _undisturbed(self) -> Reference:
         """What an undisturbed import leaves; the killer may look at some."""

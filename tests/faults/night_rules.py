@@ -37,8 +37,8 @@ class Reference:
 
 
 def after_a_fault(before: History, found: History, reference: Reference) -> list[str]:
-    """Wherever it stopped, an import has touched no table but the one that it took, and has
-    written each of its sums once at most."""
+    """Wherever it stopped, an import has touched no table but the one that it took, which holds
+    whole rows of its old day and of the new one, and has written each of its sums once at most."""
     findings = []
     for rotation in ROTATIONS:
         taken = before.free(rotation, reference.today)[0]
@@ -50,6 +50,10 @@ def after_a_fault(before: History, found: History, reference: Reference) -> list
             findings.append(f"{rotation.control}: a row names another table")
         if row.day not in (before.days[rotation][taken].day, covered_day(reference.today)):
             findings.append(f"{rotation.control}: {row.table} is stamped with {row.moment}")
+        known = _without_trends(rotation, before.days[rotation][taken].rows
+                                + reference.days[rotation])
+        if not set(_without_trends(rotation, row.rows)) <= set(known):
+            findings.append(f"{row.table}: a row is neither of the old day nor of the new one")
         if len(_added(before, found, rotation)) > len(reference.sums[rotation]):
             findings.append(f"{rotation.sums}: more sums than an import has")
         findings += _lost_sums(before, found, rotation)
@@ -76,11 +80,14 @@ def after_the_next_pass(found: History, after: History, reference: Reference) ->
     for rotation in ROTATIONS:
         taken = found.free(rotation, reference.today)[:1]
         of_the_day = sorted(found.of_day(rotation, day) + taken)
-        for position, (old, new) in _both(found, after, rotation):
-            if position not in of_the_day:
-                if new != old:
-                    findings.append(f"{rotation.control}: {new.table} is changed")
-                continue
+        findings += [f"{rotation.control}: {new.table} is changed"
+                     for position, (old, new) in _both(found, after, rotation)
+                     if position not in of_the_day and new != old]
+        findings += _lost_sums(found, after, rotation)
+        if _is_spoiled(found, rotation, reference):
+            continue
+        for position in of_the_day:
+            old, new = found.days[rotation][position], after.days[rotation][position]
             if new.day != day or new.table != old.table:
                 findings.append(f"{rotation.control}: {new.table} holds {new.moment}")
             # The trends are those of the last table of the day.
@@ -93,13 +100,26 @@ def after_the_next_pass(found: History, after: History, reference: Reference) ->
             findings.append(f"{rotation.sums}: {added} is not what the day has to add")
         findings += [f"{rotation.sums}: a row of {row[0]}" for row in added
                      if datetime.fromisoformat(row[0][:10]) != day]
-        findings += _lost_sums(found, after, rotation)
     return findings + _wrong_marks(found, after, reference.today)
+
+
+def is_spoiled(found: History, reference: Reference) -> bool:
+    """Whether a day that is not marked stays incomplete all the same: a table of it is stamped,
+    which could not be filled, and for another try there is none."""
+    return any(_is_spoiled(found, rotation, reference) for rotation in ROTATIONS)
 
 
 def is_complete(before: History, found: History, reference: Reference) -> bool:
     """Whether nothing at all is missing from the day."""
     return found.is_imported(reference.today) and not after_the_next_pass(before, found, reference)
+
+
+def _is_spoiled(found: History, rotation: Rotation, reference: Reference) -> bool:
+    if found.free(rotation, reference.today):
+        return False
+    stamped = found.of_day(rotation, covered_day(reference.today))
+    return any(_incomplete(rotation, found.days[rotation][position], reference)
+               for position in stamped)
 
 
 def _both(before: History, after: History, rotation: Rotation):
@@ -121,15 +141,17 @@ def _lost_sums(before: History, after: History, rotation: Rotation) -> list[str]
 
 def _incomplete(rotation: Rotation, row: Day, reference: Reference,
                 with_trends: bool = False) -> list[str]:
-    def fields(rows):
-        left_out = 0 if with_trends else rotation.trends
-        return [row[:len(row) - left_out] for row in rows]
-
-    wanted, held = fields(reference.days[rotation]), fields(row.rows)
+    wanted, held = reference.days[rotation], row.rows
+    if not with_trends:
+        wanted, held = _without_trends(rotation, wanted), _without_trends(rotation, held)
     if held == wanted:
         return []
     wrong = sum(one != other for one, other in zip(wanted, held))
     return [f"{row.table}: {len(held)} rows instead of {len(wanted)}, {wrong} of them wrong"]
+
+
+def _without_trends(rotation: Rotation, rows: list[tuple]) -> list[tuple]:
+    return [row[:len(row) - rotation.trends] for row in rows]
 
 
 def _wrong_marks(before: History, after: History, today: datetime) -> list[str]:
