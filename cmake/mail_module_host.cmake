@@ -2,17 +2,17 @@
 # there is one of each; nothing else is exported, since the linker keeps whatever is.
 
 # What the module needs, as options of the linker.
-function(quillon_find_module_needs module options_file)
+function(quillon_find_mail_module_needs options_file)
   add_custom_command(
     OUTPUT ${options_file}
     COMMAND sh -c "nm -D --undefined-only --format=posix \"$1\" | \
-sed -n 's/^\\([^ ]*7quillon[^ ]*\\) .*/-Wl,-u,\\1 -Wl,--export-dynamic-symbol=\\1/p' >\"$2\""
-      needs $<TARGET_FILE:${module}> ${options_file}
-    DEPENDS ${module}
+sed -n 's/^\\([^ ]*7quillon[^ ]*\\) .*/-Wl,-u,\\1 -Wl,--export-dynamic-symbol=\\1/p' >\"$2\" && test -s \"$2\""
+      needs $<TARGET_FILE:quillonmail> ${options_file}
+    DEPENDS quillonmail
     COMMENT "Listing what the mail module needs"
     VERBATIM)
-  add_custom_target(${module}_needs DEPENDS ${options_file})
-  set_target_properties(${module} PROPERTIES NEEDS_FILE ${options_file})
+  add_custom_target(quillonmail_needs DEPENDS ${options_file})
+  set_target_properties(quillonmail PROPERTIES NEEDS_FILE ${options_file})
 endfunction()
 
 function(quillon_host_mail_module program)

@@ -13,8 +13,8 @@ using std::chrono::local_days;
 using std::chrono::milliseconds;
 using std::chrono::year_month_day;
 
-// Reads the `length` characters at `start`, which the text has to have, as digits; nothing where
-// one of them is none.
+// Reads `length` digits at `start`; nothing where one of them is no digit. The caller has looked at
+// the length of the text.
 std::optional<int> Digits(std::string_view text, std::size_t start, std::size_t length) {
   int value = 0;
   for (const char digit : text.substr(start, length)) {

@@ -4,7 +4,7 @@
 namespace quillon {
 
 // Gives back the memory that the allocator keeps for later. Asked for behind work that needed
-// much more than the hours behind it will; costs some hundred microseconds at most.
+// much more than the hours after it will.
 void ReturnFreeMemory();
 
 }  // namespace quillon

@@ -88,12 +88,13 @@ class Listener::Implementation {
   // client who left reaches nobody else.
   class RunningEvent {
    public:
-    RunningEvent(Implementation& owner, ConnectionId id, ConnectionPtr connection)
-        : owner_(owner), mark_(owner.loop_) {
+    RunningEvent(Implementation& owner, ConnectionId id, ConnectionPtr connection) : owner_(owner) {
+      mark_.emplace(owner.loop_);
       owner_.running_.push_back({id, std::move(connection)});
     }
     ~RunningEvent() {
       owner_.running_.pop_back();
+      mark_.reset();  // before it is asked how deep the others are
       owner_.ResumeHeldBack();
     }
     RunningEvent(const RunningEvent&) = delete;
@@ -101,7 +102,7 @@ class Listener::Implementation {
 
    private:
     Implementation& owner_;
-    EventLoop::RequestMark mark_;
+    std::optional<EventLoop::RequestMark> mark_;
   };
 
   struct Numbered {

@@ -14,9 +14,10 @@ namespace {
 
 std::int16_t ToPort(const std::string& text) {
   const std::string key = "ServerTrapPort in Morvane.ini is ";
-  if (!IsNumeric(text)) throw ConversionFailure(key + "no number: \"" + text + "\"");
   try {
-    return NumberToInteger16(*ParseNumber(text));
+    const auto number = ParseNumber(text);
+    if (!number) throw ConversionFailure(key + "no number: \"" + text + "\"");
+    return NumberToInteger16(*number);
   } catch (const OverflowFailure&) {  // which does not know whose number it is
     throw OverflowFailure(key + "out of range: " + text);
   }
