@@ -73,7 +73,8 @@ class Load:
 
     def run(self, connections: int, mode: str) -> dict[str, float]:
         """What the client prints: its figures by their names."""
-        report = _output(PROGRAMS / "load_client", self._port, PAGE, connections, self._seconds, mode)
+        report = _output(PROGRAMS / "load_client", self._port, PAGE, connections, self._seconds,
+                         mode)
         figures = {name: float(value) for name, value in map(str.split, report.splitlines())}
         self.errors += int(figures["errors"])
         return figures

@@ -1,4 +1,5 @@
-"""Memory and processor time of the idle service, and its start to listening less the wait that it has to keep.
+"""Memory and processor time of the idle service, and its start to listening less the wait that it
+has to keep.
 
 Memory is that of one process alone on the machine: a second one would share the pages of the
 program's libraries, and they would no longer count as private.
@@ -26,9 +27,9 @@ def memory_of(service: Service) -> dict[str, float]:
             for name, kilobytes in re.findall(r"^(\w+):\s+(\d+) kB$", text, re.MULTILINE)}
 
 
-def memory_lines(when: str, memory: dict[str, float]) -> list[Line]:
+def memory_lines(when: str, memory: dict[str, float], **limits: float) -> list[Line]:
     private = memory["Private_Clean"] + memory["Private_Dirty"]
-    return [Line(f"private_{when}", private, "MB", goal=4, wanted=3),
+    return [Line(f"private_{when}", private, "MB", **limits),
             Line(f"private_{when}_written", memory["Private_Dirty"], "MB"),
             Line(f"resident_{when}", memory["Rss"], "MB")]
 
@@ -85,7 +86,7 @@ def measure(options: Options) -> list[Line]:
             service.wait_for_end()
     start_ms = (statistics.median(starts) - START_WAIT) * 1000
     return [
-        *memory_lines("idle", fresh),
+        *memory_lines("idle", fresh, goal=4, wanted=3),
         *memory_lines("after_pages", used),
         Line("processor_idle", percent, "%", goal=0.1, wanted=0.02),
         Line("pages_answered", len(answered), f"of {len(pages)}"),

@@ -39,6 +39,8 @@ constexpr std::string_view kLength = "Content-Length: ";
 constexpr std::size_t kBeginning = 12;  // "HTTP/1.x 200": what is looked at of each answer
 constexpr std::size_t kAtOnce = std::size_t{1} << 20;  // bytes that one call drops at most
 
+constexpr std::chrono::seconds kLong{1};  // for one answer
+
 // The client's addresses. One has fewer ports than a second has connections, and a port rests
 // behind each.
 constexpr std::uint32_t kFirstHost = 2;
@@ -105,6 +107,7 @@ class Load {
     const SteadyClock::time_point start = SteadyClock::now();
     for (Conversation& one : conversations_) Begin(one);
     while (SteadyClock::now() < start + length) Turn();
+    for (const Conversation& one : conversations_) JudgeUnanswered(one);
     seconds_ = std::chrono::duration<double>(SteadyClock::now() - start).count();
   }
 
@@ -191,6 +194,14 @@ class Load {
     if (count < 0) return errno == EAGAIN;
     one.received += static_cast<std::size_t>(count);
     return count > 0;
+  }
+
+  // What is due for long when the time is up would else be seen by nobody.
+  void JudgeUnanswered(const Conversation& one) {
+    const SteadyClock::duration age = SteadyClock::now() - one.asked;
+    if (age < kLong) return;
+    ++errors_;
+    times_.push_back(age);
   }
 
   static void Leave(Conversation& one) {

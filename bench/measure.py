@@ -6,6 +6,7 @@ with a procedure `measure(options)` that returns the lines of the table.
 
 import os
 import platform
+import signal
 import subprocess
 import sys
 import time
@@ -63,6 +64,7 @@ def conditions(options: Options) -> str:
 
 
 def main(names: list[str]) -> int:
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # so that what is open is closed
     try:
         options = Options(rounds=number_from("QUILLON_BENCH_ROUNDS", 7),
                           seconds=number_from("QUILLON_BENCH_SECONDS", 3))

@@ -13,7 +13,6 @@
 // step. Fails where anything was reported.
 #include <fcntl.h>
 #include <fmt/core.h>
-#include <malloc.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -217,7 +216,7 @@ void WatchCycle(Production& production) {
     production.SendMails();
   });
   // What then goes was free, and only kept for later.
-  malloc_trim(0);
+  ReturnFreeMemory();
   PrintMemory("trimmed", 0);
 }
 

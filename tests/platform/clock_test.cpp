@@ -8,6 +8,8 @@
 #include <ctime>
 #include <string>
 
+#include "support/environment.h"
+
 namespace quillon {
 namespace {
 
@@ -20,13 +22,23 @@ std::string LocalText(std::time_t second) {
   return text.data();
 }
 
-TEST(SystemClock, TellsTheTimeOfTheMachinesZone) {
+void ExpectTimeOfTheZone() {
   const SystemClock clock;
   const std::time_t before = std::time(nullptr);
   const std::string now = DateTimeText(clock.Now());
   const std::time_t after = std::time(nullptr);
   EXPECT_GE(now, LocalText(before));
   EXPECT_LE(now, LocalText(after));
+}
+
+TEST(SystemClock, TellsTheTimeOfTheMachinesZone) {
+  {
+    const Environment environment({"TZ"});
+    environment.Set("TZ", "Etc/GMT-5");
+    tzset();
+    ExpectTimeOfTheZone();
+  }
+  tzset();
 }
 
 TEST(SystemClock, TickGoesOnByTheSleep) {

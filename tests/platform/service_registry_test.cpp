@@ -350,8 +350,7 @@ TEST_F(ServiceRegistryTest, FailedLoadingAfterARemovalIsTold) {
   ExpectUninstallFails({"systemctl", "daemon-reload"});
 }
 
-// Somebody else may remove the file at the same moment.
-TEST_F(ServiceRegistryTest, UnitThatCannotBeRemovedIsEnabledAgain) {
+TEST_F(ServiceRegistryTest, UnitThatIsGoneAtItsRemovalIsEnabledAgain) {
   Install();
   installation.Write("programs/systemctl", "#!/bin/sh\necho \"$1\" >> " + Quoted(Path("calls")) +
                                                "\n[ \"$1\" != disable ] || rm " +

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "service/console_requests.h"
+#include "support/scattered_memory.h"
 #include "support/service_house.h"
 
 namespace quillon {
@@ -47,6 +48,14 @@ class HourlyPassTest : public testing::Test {
 
   ServiceHouse house;
 };
+
+TEST_F(HourlyPassTest, GivesBackTheMemoryThatItsWorkNeeded) {
+  if (kHasOwnAllocator) GTEST_SKIP();
+  const ScatteredMemory memory;
+  const long before = ScatteredMemory::OfProcess();
+  PassAt(12, 0);
+  EXPECT_LT(ScatteredMemory::OfProcess(), before - ScatteredMemory::kFreeKilobytes / 2);
+}
 
 TEST_F(HourlyPassTest, RunsOnceAnHour) {
   EXPECT_EQ(PassAt(11, 59, 59), Lines{});

@@ -1,6 +1,6 @@
 // What main.cpp builds, around an installation that is there already: a clock that is set by hand,
 // no open sockets, and mails that really go to the server of the installation's settings. Programs
-// that use it export their symbols, and lie beside the module that sends mails.
+// that use it are hosts of the mail module, and lie beside it.
 #pragma once
 
 #include <cstdint>

@@ -53,8 +53,10 @@ class ServiceProcess:
     def end_by(self, time_of_end):
         """Waits for its end, and kills it where that has not come by this monotonic time."""
         if self._process is not None:
-            with suppress(subprocess.TimeoutExpired):
+            try:
                 self._process.wait(max(0, time_of_end - time.monotonic()))
+            except subprocess.TimeoutExpired:
+                print(f"killed, since it does not end: {self._process.args}")
         self.kill()
 
     def kill(self):

@@ -2,6 +2,7 @@
 #include "web/page_cache.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -87,6 +88,24 @@ TEST_F(PageCache, AFileThatIsThereIsCached) {
   EXPECT_FALSE(Cached("A.htm"));
   EXPECT_FALSE(Cached("a.ht"));
   EXPECT_FALSE(Cached("a.htm "));
+}
+
+TEST_F(PageCache, PageThatWasReadIsTakenUntilItsFileIsReplacedOrRemoved) {
+  std::string text = "before";
+  Save("a.htm", "first");
+  Save("b.htm", "b");
+  sleep(3);  // what has just been written is not remembered
+  EXPECT_FALSE(TakeRemembered(house.settings, memory, "a.htm", text));
+  ReadOver("a.htm");
+  ReadOver("b.htm");
+  EXPECT_TRUE(TakeRemembered(house.settings, memory, "a.htm", text));
+  EXPECT_EQ(text, "first");
+  Save("a.htm", "other");
+  std::filesystem::remove(house.installation.path() + "/WebReports/Cache/b.htm");
+  EXPECT_FALSE(TakeRemembered(house.settings, memory, "a.htm", text));
+  EXPECT_FALSE(TakeRemembered(house.settings, memory, "b.htm", text));
+  EXPECT_FALSE(TakeRemembered(house.settings, memory, "", text));
+  EXPECT_EQ(text, "first");
 }
 
 TEST_F(PageCache, NothingElseIsCached) {
