@@ -4,14 +4,16 @@
 //
 //   aborted_connections PORT COUNT LIST SEED
 //
-// LIST is a file of request_list.h; its first request is that of the honest client. Prints
-// "way <name> <connections>" for each way to leave. Fails where the honest client loses its answer
-// or its connection, or one that only ended its sending does not get all of its page.
+// LIST is a file of request_list.h; what cannot be cut in its line and behind it is left out, and
+// the first one of the rest is the request of the honest client. Prints "way <name> <connections>"
+// for each way to leave. Fails where the honest client loses its answer or its connection, or one
+// that only ended its sending does not get all of its page.
 #include <fmt/core.h>
 
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -26,12 +28,26 @@ namespace {
 
 using namespace quillon;
 
+constexpr std::string_view kLineEnd = "\r\n";
 constexpr int kAtOnce = 8;  // twice as many may be open until the service has seen all of them go
 
 using Dice = std::mt19937_64;
 
 std::size_t Within(Dice& dice, std::size_t least, std::size_t most) {
   return std::uniform_int_distribution<std::size_t>(least, most)(dice);
+}
+
+// One with something in its line and behind it, so that it can be cut in both.
+bool HasTwoParts(const ListedRequest& request) {
+  const std::size_t line = request.text.find(kLineEnd);
+  return line != 0 && line != std::string::npos && line + kLineEnd.size() < request.text.size();
+}
+
+std::vector<ListedRequest> RequestsToCut(const std::string& list) {
+  std::vector<ListedRequest> requests = ReadRequests(list);
+  std::erase_if(requests, std::not_fn(HasTwoParts));
+  if (requests.empty()) throw std::runtime_error("no request to cut in " + list);
+  return requests;
 }
 
 // --- what is sent ---------------------------------------------------------------------------
@@ -43,11 +59,11 @@ void EndAtOnce(Client& client, const std::string&, Dice&) {
 }
 
 void SendPartOfLine(Client& client, const std::string& request, Dice& dice) {
-  client.Send(std::string_view(request).substr(0, Within(dice, 1, request.find("\r\n"))));
+  client.Send(std::string_view(request).substr(0, Within(dice, 1, request.find(kLineEnd))));
 }
 
 void SendPartOfHead(Client& client, const std::string& request, Dice& dice) {
-  const std::size_t line = request.find("\r\n") + 2;
+  const std::size_t line = request.find(kLineEnd) + kLineEnd.size();
   client.Send(std::string_view(request).substr(0, Within(dice, line, request.size() - 1)));
 }
 
@@ -109,7 +125,7 @@ class Aborts {
  public:
   Aborts(std::int32_t port, const std::string& list, std::uint64_t seed)
       : port_(port),
-        requests_(ReadRequests(list)),
+        requests_(RequestsToCut(list)),
         mixture_(requests_, seed),
         dice_(seed),
         honest_(port) {}

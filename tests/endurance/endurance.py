@@ -9,10 +9,12 @@ import shutil
 import subprocess
 import sys
 import tempfile
+from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 
 _SOURCES = Path(__file__).resolve().parents[2]
+_LEFT = _SOURCES / "build/endurance/left"
 sys.path.append(str(_SOURCES / "tests/system"))
 
 from days_part import many_days
@@ -23,7 +25,7 @@ from slow_parts import dripping_requests, slow_readers
 from template import Template
 from twentieth_part import twentieth_connection
 from warm_up import ask_all_on_all_connections
-from watched_site import WatchedSite
+from watched_site import WatchedSite, growth
 
 # In the order in which they run, one service behind all of them.
 PARTS_OF_SERVICE = {
@@ -33,6 +35,7 @@ PARTS_OF_SERVICE = {
     "drip": dripping_requests,
     "twentieth": twentieth_connection,
 }
+ALL_OF_SERVICE = "all"  # what they left together, the warm-up of each of them included
 DAYS = "days"
 _FAILURES = (AssertionError, OSError, subprocess.SubprocessError)
 
@@ -58,9 +61,12 @@ def run_on_service(template, scratch, run, names, judgement):
     try:
         site.start()
         ask_all_on_all_connections(site, requests_of(site))
+        before = site.state()
         for step in names:
             _announce(step)
             judgement.tell(step, PARTS_OF_SERVICE[step](site, scratch, run))
+        step = ALL_OF_SERVICE
+        judgement.tell(step, growth(step, before, site.state(), run.is_judged))
         step = "stop"
         site.stop()
     except _FAILURES as failure:
@@ -81,22 +87,39 @@ def _announce(part):
     print(f"running {part}", file=sys.stderr, flush=True)
 
 
-def main(arguments):
-    is_sanitized = arguments[:1] == ["--sanitized"]
-    scale, *names = arguments[1:] if is_sanitized else arguments
-    run = Run(float(scale), is_sanitized)
-    judgement = Judgement()
-    scratch = Path(tempfile.mkdtemp(prefix="quillon-endurance-"))
+def run_parts(scratch, run, names, judgement):
     template = Template(scratch / "template")
     of_service = [name for name in PARTS_OF_SERVICE if name in names]
     if of_service:
         run_on_service(template, scratch, run, of_service, judgement)
     if DAYS in names:
         run_days(template, scratch, run, judgement)
-    if judgement.failed == 0:
-        shutil.rmtree(scratch)
-    else:
-        print(f"the files: {scratch}")
+
+
+@contextmanager
+def scratch_folder(judgement):
+    """The folder of a run. It may lie in memory, so what a failed part left there is moved to the
+    disk; behind a run that was interrupted without one, nothing stays."""
+    scratch = Path(tempfile.mkdtemp(prefix="quillon-endurance-"))
+    try:
+        yield scratch
+    finally:
+        if judgement.failed > 0:
+            _LEFT.mkdir(parents=True, exist_ok=True)
+            # There are sockets among them, which shutil would not move to another disk.
+            subprocess.run(["mv", scratch, _LEFT], check=True)
+            print(f"the files: {_LEFT / scratch.name}")
+        else:
+            shutil.rmtree(scratch)
+
+
+def main(arguments):
+    is_sanitized = arguments[:1] == ["--sanitized"]
+    scale, *names = arguments[1:] if is_sanitized else arguments
+    run = Run(float(scale), is_sanitized)
+    judgement = Judgement()
+    with scratch_folder(judgement) as scratch:
+        run_parts(scratch, run, names, judgement)
     print(judgement.line())
     return 0 if judgement.failed == 0 else 1
 

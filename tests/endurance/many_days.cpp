@@ -65,15 +65,19 @@ void RenewStatistics(const std::string& directory) {
           "UPDATE HostDiskInfo SET LastUpdate = datetime(LastUpdate, '+1 day')");
 }
 
-// What this process wrote itself. Pages of files are nothing of its own: they come and go by what
-// else runs on the machine.
-std::int64_t PrivateKilobytes() {
+std::int64_t KilobytesOf(std::string_view field) {
   std::ifstream file("/proc/self/smaps_rollup");
   std::int64_t kilobytes = 0;
   for (std::string word; file >> word;) {
-    if (word == "Anonymous:" && file >> kilobytes) return kilobytes;
+    if (word == field && file >> kilobytes) return kilobytes;
   }
   throw std::runtime_error("smaps_rollup lacks a field");
+}
+
+// What this process wrote itself, in memory or swapped out. Pages of files are nothing of its own:
+// they come and go by what else runs on the machine.
+std::int64_t PrivateKilobytes() {
+  return KilobytesOf("Anonymous:") + KilobytesOf("Swap:");
 }
 
 void PrintState() {

@@ -64,15 +64,19 @@ class WatchedSite:
         """Until it has let go of all clients: the next ones are not too many."""
         self.site.wait_until_alone()
 
+    def open_sockets(self):
+        return self.site.process.open_sockets()
+
     def state(self):
         """When nobody is there any more."""
         self.wait_until_alone()
         process = Path(f"/proc/{self.site.process.id}")
-        # What it wrote itself. Pages of files are nothing of its own: they come and go by what else
-        # runs on the machine.
+        # What it wrote itself, in memory or swapped out. Pages of files are nothing of its own:
+        # they come and go by what else runs on the machine.
         text = (process / "smaps_rollup").read_text()
-        private = int(re.search(r"^Anonymous:\s+(\d+) kB$", text, re.MULTILINE)[1])
-        return State(private, len(os.listdir(process / "fd")))
+        sizes = re.findall(r"^(?:Anonymous|Swap):\s+(\d+) kB$", text, re.MULTILINE)
+        anonymous, swapped = map(int, sizes)
+        return State(anonymous + swapped, len(os.listdir(process / "fd")))
 
     def stop(self):
         """It has to end by itself, and neither leaks nor faults may have been found in it."""
