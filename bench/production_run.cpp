@@ -31,6 +31,7 @@
 #include "import/import.h"
 #include "import/report_marks.h"
 #include "in_process.h"
+#include "platform/free_memory.h"
 #include "platform/mail_module.h"
 #include "platform/program_path.h"
 #include "production/auto_create.h"

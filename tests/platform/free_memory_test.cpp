@@ -3,13 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include "support/sanitized.h"
 #include "support/scattered_memory.h"
 
 namespace quillon {
 namespace {
 
 TEST(FreeMemory, BlocksThatAreFreeBetweenOthersGoBackToTheMachine) {
-  if (kHasOwnAllocator) GTEST_SKIP();
+  if (kSanitized) GTEST_SKIP() << "another allocator";
   const ScatteredMemory memory;
   const long before = ScatteredMemory::OfProcess();
   ReturnFreeMemory();

@@ -1,10 +1,12 @@
 // A process that has used up its descriptors: while this lives, it gets no further one. Those that
-// are open work on.
+// are open work on. Not with the sanitizers, which look at objects through a pipe.
 #pragma once
 
 #include <sys/resource.h>
 
 #include <stdexcept>
+
+#include "support/sanitized.h"
 
 namespace quillon {
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "service/console_requests.h"
+#include "support/sanitized.h"
 #include "support/scattered_memory.h"
 #include "support/service_house.h"
 
@@ -50,7 +51,7 @@ class HourlyPassTest : public testing::Test {
 };
 
 TEST_F(HourlyPassTest, GivesBackTheMemoryThatItsWorkNeeded) {
-  if (kHasOwnAllocator) GTEST_SKIP();
+  if (kSanitized) GTEST_SKIP() << "another allocator";
   const ScatteredMemory memory;
   const long before = ScatteredMemory::OfProcess();
   PassAt(12, 0);

@@ -38,11 +38,4 @@ class ScatteredMemory {
   std::vector<std::unique_ptr<std::string>> inUse_;
 };
 
-// Sanitizers bring an allocator of their own, which keeps what it likes.
-#if defined(__SANITIZE_ADDRESS__)
-inline constexpr bool kHasOwnAllocator = true;
-#else
-inline constexpr bool kHasOwnAllocator = false;
-#endif
-
 }  // namespace quillon
