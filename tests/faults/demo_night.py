@@ -39,6 +39,9 @@ class Night:
         return self.import_moment + timedelta(hours=1)
 
     def copy_to(self, path: Path) -> "Night":
+        """Beside what stays there of a broken night."""
+        while path.exists():
+            path = path.with_name(f"{path.name}-again")
         shutil.copytree(self.path, path)
         sql(path / "Quillon.mdb", f"UPDATE Settings_General SET SnmpcDir = '{path}'")
         return self._at(path)

@@ -1,6 +1,7 @@
 """Nights in which a call of the system fails: the n-th write, open for writing, sync, rename or
 truncation of a file in the installation, once or from then on. The file of events is spared, so
-that each failure has to be told in it; full_disk.py does not spare it."""
+that each failure has to be told in it; limits of file sizes in
+full_disk.py do not spare it."""
 
 import random
 from collections import Counter
@@ -14,6 +15,13 @@ from whole_night import WholeNight
 KINDS = ("write", "open", "sync", "rename", "truncate")
 _ERRORS = ("ENOSPC", "EIO")
 _LIBRARY = PROGRAMS / "failing_calls.so"
+
+
+def run_failing(night: WholeNight, **plan: str) -> str:
+    """A pass with the library in front of the system; it tells what the plan may be."""
+    return night.run_pass(night.import_moment, environment={
+        "LD_PRELOAD": str(_LIBRARY), "FAIL_BELOW": str(night.path),
+        "FAIL_SPARED": str(night.path / "Debug/AppEventWeb.txt"), **plan})
 
 
 class FailingCalls:
@@ -52,6 +60,8 @@ class FailingCalls:
         self._run_pass(night)
         counts = {words[1]: int(words[2]) for words in self._reported("counted")}
         night.remove()
+        if not counts[self._kind]:
+            raise Broken(f"{self._nights.name}: no {self._kind} is counted")
         return counts[self._kind]
 
     def _fail(self, number: int) -> None:
@@ -65,14 +75,15 @@ class FailingCalls:
         if not failed:
             raise Broken(f"{self._nights.name}, {what}: there is no such call")
         place = " ".join(failed[0][3:]).removeprefix(f"{night.path}/")
-        self.counts[self._nights.judge_fault(night, f"{what}, {place}", said)] += 1
+        self.counts[self._nights.judge_fault(
+            night, f"{what}, {place}", said, is_of_a_page=self._is_of_a_page(place))] += 1
+
+    def _is_of_a_page(self, place: str) -> bool:
+        return not self._is_for_good and place.startswith("WebReports/")
 
     def _run_pass(self, night: WholeNight, **plan: str) -> str:
         self._report.unlink(missing_ok=True)
-        return night.run_pass(night.import_moment, environment={
-            "LD_PRELOAD": str(_LIBRARY), "FAIL_BELOW": str(night.path),
-            "FAIL_SPARED": str(night.path / "Debug/AppEventWeb.txt"),
-            "FAIL_REPORT": str(self._report), **plan})
+        return run_failing(night, FAIL_REPORT=str(self._report), **plan)
 
     def _reported(self, beginning: str) -> list[list[str]]:
         """The words of each line that begins so."""

@@ -4,15 +4,19 @@ what this needs."""
 import os
 import random
 import shutil
+import sqlite3
 import subprocess
 import sys
+import traceback
+from contextlib import contextmanager
+from functools import partial
 from pathlib import Path
 
 from demo_night import leave_tables_free, make_night
 from disturbed_nights import DisturbedNights
 from exclusive_lock import TOO_LONG, WAITED_FOR
 from failing_calls import KINDS, FailingCalls
-from full_disk import FullDiskNights, FullDiskSeries
+from full_disk import LITTLE_ROOM, SMALL_FILES, FullDiskNights, FullDiskSeries
 from killers import AtMoments, AtWrites, Killer, can_count_writes
 from kills import KillSeries
 from locked_nights import LockedNights
@@ -31,20 +35,33 @@ FREE_TABLES = (REGULAR, AFTER_MISSED_NIGHTS)
 LOCKS = (WAITED_FOR, TOO_LONG)
 
 
+FAILURES = (AssertionError, OSError, sqlite3.Error, subprocess.SubprocessError)
+
+
 class Table:
-    """Prints the lines as the series end. One that breaks ends alone."""
+    """Prints the lines as the series end. One that breaks ends alone, also where it only begins."""
 
     def __init__(self):
         self.is_broken = False
         print(HEAD, flush=True)
 
-    def run(self, series, *counts: int) -> None:
+    def run(self, make_series, *counts: int) -> None:
+        with self.going_on():
+            series = make_series()
+            try:
+                series.run(*counts)
+            finally:
+                print(series, flush=True)
+
+    @contextmanager
+    def going_on(self):
+        """Behind what fails within."""
         try:
-            series.run(*counts)
-        except Broken as broken:
+            yield
+        except FAILURES as failure:
             self.is_broken = True
-            print(f"tests/faults/run: {broken}", file=sys.stderr, flush=True)
-        print(series, flush=True)
+            told = failure if isinstance(failure, Broken) else traceback.format_exc()
+            print(f"tests/faults/run: {told}", file=sys.stderr, flush=True)
 
 
 def killers() -> list[Killer]:
@@ -62,25 +79,27 @@ def disturb_imports(table: Table, kills: int, seed: int) -> None:
     os.sync()  # else the system writes all this out beside the first imports, which it slows
     for killer in killers():
         for count, night in nights.items():
-            table.run(KillSeries(f"imports with {count} free", night, SCRATCH, killer, seed), kills)
-    table.run(FullDiskSeries("imports, full disk", nights[REGULAR], SCRATCH))
+            table.run(partial(KillSeries, f"imports with {count} free", night, SCRATCH, killer,
+                              seed), kills)
+    table.run(partial(FullDiskSeries, "imports, full disk", nights[REGULAR], SCRATCH))
 
 
 def disturb_whole_nights(table: Table, kills: int, seed: int) -> None:
     nights = DisturbedNights("whole nights", make_whole_night(SCRATCH / "whole"), SCRATCH)
-    table.run(WholeKills(nights, seed), WHOLE_KILLS_FOR_EACH * kills)
+    table.run(partial(WholeKills, nights, seed), WHOLE_KILLS_FOR_EACH * kills)
     for kind in KINDS:
         for is_for_good in (False, True):
-            table.run(FailingCalls(nights, kind, is_for_good, seed), kills)
-    table.run(FullDiskNights(nights))
+            table.run(partial(FailingCalls, nights, kind, is_for_good, seed), kills)
+    for disk in (SMALL_FILES, LITTLE_ROOM):
+        table.run(partial(FullDiskNights, nights, disk))
     for seconds in LOCKS:
-        table.run(LockedNights(nights, seconds))
+        table.run(partial(LockedNights, nights, seconds))
 
 
 def disturb_requests(table: Table) -> None:
     with LockedSite(SCRATCH) as site:
         for seconds in LOCKS:
-            table.run(LockedRequests(site, seconds))
+            table.run(partial(LockedRequests, site, seconds))
 
 
 def run_all(kills: int, seed: int) -> bool:
@@ -89,9 +108,12 @@ def run_all(kills: int, seed: int) -> bool:
     SCRATCH.mkdir(parents=True)
     print(f"Seed {seed}\n")
     table = Table()
-    disturb_imports(table, kills, seed)
-    disturb_whole_nights(table, kills, seed)
-    disturb_requests(table)
+    with table.going_on():
+        disturb_imports(table, kills, seed)
+    with table.going_on():
+        disturb_whole_nights(table, kills, seed)
+    with table.going_on():
+        disturb_requests(table)
     if not table.is_broken:
         shutil.rmtree(SCRATCH)
     return not table.is_broken
@@ -103,11 +125,7 @@ def main(arguments: list[str]) -> int:
         return 2
     kills = int(arguments[0]) if arguments else KILLS
     seed = int(arguments[1]) if len(arguments) == 2 else random.randrange(1_000_000)
-    try:
-        return 0 if run_all(kills, seed) else 1
-    except (Broken, OSError, subprocess.SubprocessError) as error:
-        print(f"tests/faults/run: {error}", file=sys.stderr)
-        return 1
+    return 0 if run_all(kills, seed) else 1
 
 
 if __name__ == "__main__":

@@ -8,8 +8,9 @@ from pathlib import Path
 from demo_night import Night
 from history_file import DISK, SWITCH, History, covered_day
 from killers import Killer
-from night_rules import Reference, after_a_kill, after_the_next_pass
+from night_rules import after_a_kill, after_the_next_pass
 from series_table import counted, line
+from undisturbed_days import undisturbed_days
 from verdict import Broken, disturbances, judge
 
 REACHED = ("no row stamped", "switch stamped", "disk stamped", "sums written")
@@ -28,7 +29,8 @@ class KillSeries:
         self._killer = killer
         self._random = random.Random(seed)
         self._before = night.history()
-        self._reference = self._undisturbed()
+        (self._reference,) = undisturbed_days(self.name, night.copy_to(scratch / "undisturbed"), 1)
+        killer.measure(night, scratch)
 
     @property
     def kills(self) -> int:
@@ -48,19 +50,6 @@ class KillSeries:
                     f"{counted(self.counts, REACHED)}; "
                     f"not counted: {counted(self.counts, (TOO_EARLY, TOO_LATE))}")
 
-    def _undisturbed(self) -> Reference:
-        """What an undisturbed import leaves; the killer may look at some."""
-        night = self._night.copy_to(self._scratch / "undisturbed")
-        said = night.run_pass(night.import_moment)
-        after = night.history()
-        reference = Reference.of(self._before, after, night.day)
-        self._judge(night, "undisturbed",
-                    reference.findings() + after_the_next_pass(self._before, after, reference)
-                    + disturbances(night, said))
-        night.remove()
-        self._killer.measure(self._night, self._scratch)
-        return reference
-
     def _kill_one(self, number: int) -> None:
         night = self._night.copy_to(self._scratch / f"kill-{number}")
         when = self._killer.kill(night, self._random)
@@ -74,7 +63,7 @@ class KillSeries:
             said = night.run_pass(night.next_pass)
             findings += after_the_next_pass(found, night.history(), self._reference)
             findings += disturbances(night, said)
-        self._judge(night, f"killed {when}, {reached}", findings)
+        judge(f"{self.name}, killed {when}, {reached}", night, findings)
         night.remove()
 
     def _reached(self, found: History) -> str:
@@ -89,6 +78,3 @@ class KillSeries:
             if found.of_day(rotation, covered_day(today)):
                 return reached
         return "no row stamped"
-
-    def _judge(self, night: Night, what: str, findings: list[str]) -> None:
-        judge(f"{self.name}, {what}", night, findings)

@@ -17,6 +17,7 @@ from verdict import Broken
 
 sys.path.append(str(Path(__file__).resolve().parents[1] / "system"))
 
+from background import Background
 from installation import Installation
 from own_site import free_port
 from template import Template
@@ -29,6 +30,8 @@ _LINK_TO_CHARTS = re.compile(rb"<a href=(hist45-[^ >]+)")
 _END = b"</html>"
 _NOT_READ = "Quillon.mdb"  # by a request
 _LOOK_PAUSE = 0.05  # seconds
+_WAITS_OF_A_PAGE = 5 * 5  # seconds: it opens databases up to five times
+_SLACK = 30  # seconds, since the machine may be busy
 AS_EVER, OTHERS = "as ever", "without what is locked"
 
 
@@ -40,16 +43,23 @@ class LockedSite:
         Template(scratch / "template").copy_to(self.site)
 
     def __enter__(self) -> "LockedSite":
+        try:
+            self._begin()
+        except BaseException:  # nobody calls __exit__ then
+            self.site.process.kill()
+            raise
+        return self
+
+    def __exit__(self, *_) -> None:
+        self.site.process.kill()
+
+    def _begin(self) -> None:
         self.site.process.start()
         eventually(self.site.has_started, "the service has told of its start")
         eventually(self._shows_the_period, "the first hourly pass")
         link = _LINK_TO_CHARTS.search(self.site.get(_LIST).body)[1].decode()
         self.pages = {url: self.ask_anew(url)[0] for url in (_LIST, _SUMMARY, link)}
-        self.site.get(_STORED)
-        return self
-
-    def __exit__(self, *_) -> None:
-        self.site.process.kill()
+        self.stored = self.ask(_STORED)[0]
 
     def ask(self, url: str) -> tuple[bytes, float]:
         """An answer, and the seconds that it took."""
@@ -69,10 +79,35 @@ class LockedSite:
         return text.encode() in self.ask_anew(_LIST)[0]
 
 
+class StoredPage(Background):
+    """Asks for it again and again, until it is told that this is over."""
+
+    def __init__(self, site: LockedSite):
+        super().__init__()
+        self._site = site
+        self.is_over = threading.Event()
+        self.answers = 0
+        self.others = 0
+        self.longest = 0.0  # seconds that an answer took
+
+    def work(self) -> None:
+        while not self.is_over.wait(_LOOK_PAUSE):
+            page, seconds = self._site.ask(_STORED)
+            self.answers += 1
+            self.others += page != self._site.stored
+            self.longest = max(self.longest, seconds)
+
+    def findings(self) -> list[str]:
+        return ([] if self.failure is None else [f"the stored page: {self.failure!r}"]) + (
+            [f"{self.others} stored pages are others"] if self.others else []) + (
+            [] if self.answers else ["the stored page was not answered"])
+
+
 class LockedRequests:
     def __init__(self, site: LockedSite, seconds: int):
         self._site = site
         self._seconds = seconds
+        self._locks = 0
         self.counts: Counter = Counter()  # of the answers
         self._longest = 0.0         # seconds that one of them took
         self._longest_stored = 0.0  # the same of the stored page
@@ -83,7 +118,7 @@ class LockedRequests:
             self._lock(database)
 
     def __str__(self) -> str:
-        return line(f"requests, each database locked {self._seconds} s", len(DATABASES),
+        return line(f"requests, each database locked {self._seconds} s", self._locks,
                     f"pages {counted(self.counts, (AS_EVER, OTHERS))}; the longest took "
                     f"{self._longest:.1f} s, a stored one beside them {self._longest_stored:.1f} s")
 
@@ -91,12 +126,15 @@ class LockedRequests:
         events_before = len(self._site.site.events())
         end = time.monotonic() + self._seconds
         answers: Counter = Counter()
-        with locked(self._site.site.path / database, self._seconds), self._stored_page_is_asked():
+        self._locks += 1
+        with (locked(self._site.site.path / database, self._seconds),
+              self._stored_page_is_asked() as stored):
             while time.monotonic() < end:
                 for url in self._site.pages:
                     answers[self._answer(url)] += 1
         self.counts += answers
         findings = self._findings(database, answers, self._site.site.events()[events_before:])
+        findings += stored.findings() + self._too_long()
         findings += [f"{url} is not what it was" for url, page in self._site.pages.items()
                      if self._site.ask_anew(url)[0] != page]
         if findings:
@@ -110,6 +148,12 @@ class LockedRequests:
             raise Broken(f"{url} is half: {len(page)} bytes")
         return AS_EVER if page == self._site.pages[url] else OTHERS
 
+    def _too_long(self) -> list[str]:
+        """A stored page waits at most for one that is not stored."""
+        most = min(self._seconds, _WAITS_OF_A_PAGE) + _SLACK
+        longest = max(self._longest, self._longest_stored)
+        return [f"an answer took {longest:.1f} s"] if longest > most else []
+
     def _findings(self, database: str, answers: Counter, events: list) -> list[str]:
         """All pages are as ever where the lock is short, and where a request does not need the
         database. Else it is told of. The pages may look as ever then too: where nothing can be
@@ -122,16 +166,11 @@ class LockedRequests:
 
     @contextmanager
     def _stored_page_is_asked(self):
-        is_over = threading.Event()
-
-        def ask() -> None:
-            while not is_over.wait(_LOOK_PAUSE):
-                self._longest_stored = max(self._longest_stored, self._site.ask(_STORED)[1])
-
-        thread = threading.Thread(target=ask)
-        thread.start()
+        stored = StoredPage(self._site)
+        stored.start()
         try:
-            yield
+            yield stored
         finally:
-            is_over.set()
-            thread.join()
+            stored.is_over.set()
+            stored.join()
+            self._longest_stored = max(self._longest_stored, stored.longest)

@@ -9,6 +9,7 @@ from series_table import counted, line
 from verdict import Broken
 
 _TRIES = 5  # for each kill that is to count
+_MANY, _LEAST_PART = 100, 10  # of so many kills and more each job has to meet a tenth
 _RUNS = 3   # of which the shortest is the length of a job
 
 
@@ -24,9 +25,10 @@ class WholeKills:
         """Raises Broken where something does not hold."""
         for number in range(_TRIES * count):
             if self.jobs.total() == count:
-                return
+                break
             self._kill_one(number)
-        if self.jobs.total() < count:
+        least = count // _LEAST_PART if count >= _MANY else 0
+        if self.jobs.total() < count or any(self.jobs[job] < least for job in JOBS):
             raise Broken(f"{self}: too few of them met a job")
 
     def __str__(self) -> str:
