@@ -1,5 +1,6 @@
 // The texts of one client, with a record separator between them. The first byte chooses settings
-// that change what a request does.
+// that change what a request does. What a report left in the records of its connection stays for
+// the next input, as it does in the service.
 #include <array>
 
 #include "asking_client.h"
