@@ -30,7 +30,7 @@ def memory_of(service: Service) -> dict[str, float]:
 def memory_lines(when: str, memory: dict[str, float], **limits: float) -> list[Line]:
     private = memory["Private_Clean"] + memory["Private_Dirty"]
     return [Line(f"private_{when}", private, "MB", **limits),
-            Line(f"private_{when}_written", memory["Private_Dirty"], "MB"),
+            Line(f"private_{when}_written", memory["Anonymous"], "MB"),
             Line(f"resident_{when}", memory["Rss"], "MB")]
 
 
