@@ -1,6 +1,8 @@
 // Values by declaration and storage.
 #include "platform/sqlite_columns.h"
 
+#include <algorithm>
+
 namespace quillon {
 namespace {
 
@@ -16,10 +18,10 @@ Value TextOrDate(std::string_view text, bool isDate) {
 SqliteColumns::SqliteColumns(const SqliteStatement& statement) {
   int column = 0;
   for (std::string& name : statement.ColumnNames()) {
-    hasTwins_ = hasTwins_ || Find(name).has_value();
     columns_.push_back({std::make_shared<const std::string>(std::move(name)),
                         DeclaredBy(statement.DeclaredType(column++))});
   }
+  followers_.resize(columns_.size());
 }
 
 SqliteColumns::Declared SqliteColumns::DeclaredBy(std::string_view declaration) {
@@ -38,13 +40,17 @@ SqliteColumns::Declared SqliteColumns::DeclaredBy(std::string_view declaration) 
 }
 
 std::optional<std::size_t> SqliteColumns::Find(std::string_view name) const {
-  if (!hasTwins_ && next_ < columns_.size() && *columns_[next_].name == name) return next_++;
-  for (std::size_t place = 0; place < columns_.size(); ++place) {
-    if (!SameName(*columns_[place].name, name)) continue;
-    next_ = place + 1;
-    return place;
+  if (columns_.empty()) return std::nullopt;
+  std::size_t& follower = followers_[last_];
+  if (*columns_[follower].name != name) {
+    const auto found = std::find_if(columns_.begin(), columns_.end(), [name](const Column& column) {
+      return SameName(*column.name, name);
+    });
+    if (found == columns_.end()) return std::nullopt;
+    follower = static_cast<std::size_t>(found - columns_.begin());
   }
-  return std::nullopt;
+  last_ = follower;
+  return last_;
 }
 
 Value SqliteColumns::Read(const SqliteStatement& statement, std::size_t column) const {

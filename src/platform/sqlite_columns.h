@@ -42,9 +42,10 @@ class SqliteColumns {
   static Declared DeclaredBy(std::string_view declaration);
 
   std::vector<Column> columns_;
-  // Fields are mostly asked for in the order of the columns: the next one is looked at first.
-  mutable std::size_t next_ = 0;
-  bool hasTwins_ = false;
+  // A walk asks for the same fields in each row: the one that came behind the last one before is
+  // looked at first. Of columns that share a name none but the first ever stands here.
+  mutable std::vector<std::size_t> followers_;
+  mutable std::size_t last_ = 0;
 };
 
 }  // namespace quillon
