@@ -154,7 +154,8 @@ void Connection::Close() {
 
 Recordset Connection::Execute(const std::string& select, SelectTime time) {
   sqlite3* reader = Reader();
-  SelectLimits* limits = time == SelectTime::kLimited ? &reader_->limits() : nullptr;
+  SelectLimits* limits = time == SelectTime::kUnlimited ? nullptr : &reader_->limits();
+  if (time == SelectTime::kOfItsOwn) limits->Restart();
   return Recordset(MakeSelectSource(reader, FileName(path_), select, limits));
 }
 

@@ -73,9 +73,9 @@ enum class CursorType { kStatic = 3 };
 enum class LockType { kReadOnly = 1, kOptimistic = 3 };
 
 // How long a select may work inside the engine before it is stopped: until all such selects of its
-// connection have worked for 2 s, or as long as it takes for one that holds no text of a request
-// and walks a table of any size.
-enum class SelectTime { kLimited, kUnlimited };
+// connection have worked for 2 s; for 2 s of its own, where a job runs many on one connection; or
+// as long as it takes for one that holds no text of a request and walks a table of any size.
+enum class SelectTime { kLimited, kOfItsOwn, kUnlimited };
 
 class Recordset {
  public:

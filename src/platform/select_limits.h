@@ -35,6 +35,9 @@ class SelectLimits {
     SelectLimits& limit_;
   };
 
+  // Gives the next select the whole time, whatever others have worked.
+  void Restart() { worked_ = {}; }
+
   // True in a stretch, once the time is over.
   bool IsOver() const;
 

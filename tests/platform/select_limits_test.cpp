@@ -37,9 +37,19 @@ TEST_F(SelectLimitsTest, SelectsOfAConnectionHaveTheirTimeTogether) {
   EXPECT_EQ(Failure(squares), "Reports.mdb: the select took too long");
   // One without foreign text is not counted, and a new connection begins anew.
   EXPECT_EQ(Failure(squares, SelectTime::kUnlimited), "");
+  EXPECT_EQ(Failure(squares), "Reports.mdb: the select took too long");
   Connection other;
   other.Open(ConnectionString("Reports.mdb"));
   EXPECT_EQ(other.Execute(squares).Field("Result").AsText(), "1000000");
+}
+
+TEST_F(SelectLimitsTest, SelectWithATimeOfItsOwnHasAllOfIt) {
+  AddLongNames();
+  const std::string endless =
+      "SELECT Count(*) AS Result FROM Samples a, Samples b, Samples c, Samples d";
+  const std::string squares = "SELECT Count(*) AS Result FROM Samples a, Samples b";
+  EXPECT_EQ(Failure(endless, SelectTime::kOfItsOwn), "Reports.mdb: the select took too long");
+  EXPECT_EQ(Failure(squares, SelectTime::kOfItsOwn), "");
 }
 
 // Without the limit of time, which a slow machine reaches first.
