@@ -235,6 +235,17 @@ TEST_F(ListenerNestingTest, ClientThatComesAtTheGreatestDepthIsAcceptedWhenItFal
   EXPECT_EQ(accepted(), 1);
 }
 
+TEST_F(ListenerNestingTest, TextThatWasHeldBackIsServedRightBehindTheEndOfTheTopmostEvent) {
+  ConnectClients(Listener::kDepthLimit + 1);
+  inside = [&](ConnectionId, const std::string&) { loop.DelayMs(20); };
+  for (int id = 1; id <= Listener::kDepthLimit + 1; ++id) ClientOf(id).Send("r");
+  for (int round = 0; round < 5; ++round) Settle();
+  const auto isEnd = [](const std::string& line) { return line.starts_with("end "); };
+  const auto end = std::find_if(events.log.begin(), events.log.end(), isEnd);
+  ASSERT_EQ(end - events.log.begin(), Listener::kDepthLimit);
+  EXPECT_TRUE(std::next(end)->starts_with("data ")) << *std::next(end);
+}
+
 // Two clients that send without a pause keep the stack at its limit; who comes later takes
 // his turn all the same.
 TEST_F(ListenerNestingTest, ClientWithAHighNumberIsServedBetweenThoseThatNeverPause) {
@@ -414,6 +425,24 @@ TEST_F(ListenerNestingTest, JobOnTopOfTheGreatestDepthKeepsNobodyOut) {
   for (int round = 0; round < 5; ++round) Settle();
   EXPECT_TRUE(servedInJob);
   EXPECT_EQ(depth, 0);
+}
+
+TEST_F(ListenerNestingTest, ReadsNest32DeepAtMostOnAJobToo) {
+  constexpr int kBelow = Listener::kDepthLimit;
+  constexpr int kAll = kBelow + 40;
+  ConnectClients(kAll);
+  const auto job = [&] {
+    for (int id = kBelow + 1; id <= kAll; ++id) ClientOf(id).Send("r");
+    loop.DelayMs(20);
+  };
+  inside = [&](ConnectionId id, const std::string&) {
+    if (id <= kBelow && depth == kBelow) loop.Post(job);
+    loop.DelayMs(20);
+  };
+  for (int id = 1; id <= kBelow; ++id) ClientOf(id).Send("r");
+  for (int round = 0; round < 20; ++round) Settle();
+  EXPECT_EQ(deepest, 2 * Listener::kDepthLimit);
+  EXPECT_EQ(events.reads.size(), static_cast<std::size_t>(kAll));
 }
 
 }  // namespace

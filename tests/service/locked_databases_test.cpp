@@ -126,7 +126,8 @@ TEST_P(NightThatIsHinderedTest, TellsWhatItCouldNotDoAndTheNextOneIsWhole) {
   EXPECT_EQ(sent, Lines{"2024-05-02 Daily"});
   RunSecondNight();
   EXPECT_EQ(site.Events(), events);
-  EXPECT_EQ(Days().back(), "2024-05-02");
+  EXPECT_EQ(Days(), (Lines{"2024-05-01", "2024-05-02"}));
+  EXPECT_EQ(DaysOfSums(), (Lines{"2024-05-01", "2024-05-02"}));
   EXPECT_EQ(sent, (Lines{"2024-05-02 Daily", "2024-05-03 Daily"}));
 }
 
