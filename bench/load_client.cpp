@@ -20,7 +20,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -30,12 +29,12 @@
 #include <system_error>
 #include <vector>
 
+#include "support/answer_head.h"
+
 namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr std::string_view kHeadEnd = "\r\n\r\n";
-constexpr std::string_view kLength = "Content-Length: ";
 constexpr std::size_t kBeginning = 12;  // "HTTP/1.x 200": what is looked at of each answer
 constexpr std::size_t kAtOnce = std::size_t{1} << 20;  // bytes that one call drops at most
 
@@ -74,16 +73,6 @@ int Connect(std::uint16_t port, std::uint32_t number) {
   if (bind(connected, AsAddress(from), sizeof from) != 0) Fail("bind");
   if (connect(connected, AsAddress(to), sizeof to) != 0) Fail("connect");
   return connected;
-}
-
-// What an answer whose first bytes these are has in all; 0 while its head is not there.
-std::size_t WholeSize(std::string_view received) {
-  const std::size_t end = received.find(kHeadEnd);
-  const std::size_t length = received.find(kLength);
-  if (end == std::string_view::npos || length > end) return 0;
-  std::size_t body = 0;
-  std::from_chars(received.data() + length + kLength.size(), received.data() + end, body);
-  return end + kHeadEnd.size() + body;
 }
 
 struct Conversation {
@@ -130,7 +119,7 @@ class Load {
     Send(socket);
     std::string answer;
     std::array<char, 65536> buffer;
-    while (WholeSize(answer) == 0 || answer.size() < WholeSize(answer)) {
+    while (!quillon::HoldsWholeAnswer(answer)) {
       const ssize_t count = recv(socket, buffer.data(), buffer.size(), 0);
       if (count <= 0) throw std::runtime_error("no answer");
       answer.append(buffer.data(), static_cast<std::size_t>(count));

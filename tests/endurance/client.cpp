@@ -10,15 +10,14 @@
 
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <system_error>
+
+#include "support/answer_head.h"
 
 namespace quillon {
 namespace {
 
 constexpr timeval kPatience{.tv_sec = 60, .tv_usec = 0};
-constexpr std::string_view kHeadEnd = "\r\n\r\n";
-constexpr std::string_view kLength = "Content-Length: ";
 
 [[noreturn]] void Fail(const char* what) {
   throw std::system_error(errno, std::generic_category(), what);
@@ -74,7 +73,7 @@ void Client::Receive() {
     return;
   }
   received_.append(buffer.data(), static_cast<std::size_t>(count));
-  if (wholeSize_ == 0) LookForHead();
+  if (wholeSize_ == 0) wholeSize_ = WholeAnswerSize(received_);
 }
 
 void Client::ReceiveAnswer() {
@@ -83,15 +82,6 @@ void Client::ReceiveAnswer() {
 
 bool Client::HasRightAnswer() const {
   return received_.starts_with("HTTP/1.0 200 OK\r\n") && received_.size() == wholeSize_;
-}
-
-void Client::LookForHead() {
-  const std::size_t end = received_.find(kHeadEnd);
-  const std::size_t length = received_.find(kLength);
-  if (end == std::string::npos || length > end) return;
-  std::size_t bodySize = 0;
-  std::from_chars(received_.data() + length + kLength.size(), received_.data() + end, bodySize);
-  wholeSize_ = end + kHeadEnd.size() + bodySize;
 }
 
 }  // namespace quillon

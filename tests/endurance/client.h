@@ -36,8 +36,6 @@ class Client {
   const std::string& received() const { return received_; }
 
  private:
-  void LookForHead();
-
   int socket_;
   bool closed_ = false;
   std::string received_;

@@ -13,6 +13,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "support/answer_head.h"
+
 namespace quillon {
 namespace {
 
@@ -27,14 +29,6 @@ sockaddr_in LoopbackAddress(std::int32_t port) {
   address.sin_port = htons(static_cast<std::uint16_t>(port));
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   return address;
-}
-
-// True when the text holds a head and as many bytes behind it as the head says.
-bool IsWholeResponse(const std::string& text) {
-  const std::size_t headEnd = text.find("\r\n\r\n");
-  const std::size_t length = text.find("Content-Length: ");
-  if (headEnd == std::string::npos || length == std::string::npos) return false;
-  return text.size() - headEnd - 4 >= std::stoul(text.substr(length + 16));
 }
 
 }  // namespace
@@ -108,7 +102,7 @@ std::string Site::Exchange(RawClient& client, std::string_view bytes) {
     loop.Pump();
     const std::size_t before = client.received().size();
     client.Receive();
-    if (IsWholeResponse(client.received()) || client.closedByServer()) break;
+    if (HoldsWholeAnswer(client.received()) || client.closedByServer()) break;
     if (client.received().size() > before) quiet = 0;
     std::this_thread::sleep_for(kRound);
   }
