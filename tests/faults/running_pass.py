@@ -18,6 +18,10 @@ class RunningPass:
         self._process = subprocess.Popen([*night.command(night.import_moment), *options], text=True,
                                          stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self._said: list[str] = []
+        self._hangs = False
+        self._watch = threading.Timer(PATIENCE, self._give_up)
+        self._watch.daemon = True
+        self._watch.start()
 
     def lengths(self) -> dict:
         """Seconds that each job takes; the start of the process belongs to the first one."""
@@ -25,7 +29,7 @@ class RunningPass:
         for job, _ in zip(JOBS, self._process.stdout, strict=True):
             now = time.perf_counter()
             lengths[job], began = now - began, now
-        self._process.wait(PATIENCE)
+        self._wait_for_end()
         return lengths
 
     def wait_for(self, job: str) -> None:
@@ -54,7 +58,17 @@ class RunningPass:
     def _hear_the_rest(self) -> None:
         self._process.stdin.close()
         self._said += [line.strip() for line in self._process.stdout]
-        self._process.wait(PATIENCE)
+        self._wait_for_end()
+
+    def _wait_for_end(self) -> None:
+        self._process.wait()
+        self._watch.cancel()
+        if self._hangs:
+            raise Broken(f"the pass does not end in {PATIENCE} s")
+
+    def _give_up(self) -> None:
+        self._hangs = True
+        self._process.kill()
 
 
 class SteppedPass(RunningPass):
