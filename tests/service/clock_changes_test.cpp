@@ -150,6 +150,23 @@ TEST_F(LateReportTest, ReportBehindTheLastPassOfTheDayIsNeverImported) {
   EXPECT_EQ(sent, Lines{});
 }
 
+TEST_F(LateReportTest, ReportBehindTheLastPassIsImportedByAServiceThatStartsThen) {
+  reportTime = minutes(23 * 60 + 10);
+  Run("2024-10-26 12:00:00", "2024-10-26 23:30:00");
+  RunAnew("2024-10-26 23:30:00", "2024-10-28 12:00:00");
+  EXPECT_EQ(Days(), Lines{"2024-10-26"});
+  EXPECT_EQ(sent, Lines{"2024-10-26 Daily"});
+}
+
+// The hour of the last pass is zero in a service that has had none.
+TEST_F(LateReportTest, ReportOfTheFirstHourIsImportedAtOneByAServiceThatStartsInIt) {
+  reportTime = minutes(20);
+  RunAnew("2024-10-26 00:10:00", "2024-10-26 00:59:00");
+  EXPECT_EQ(Days(), Lines{});
+  Run("2024-10-26 00:59:00", "2024-10-26 02:00:00");
+  EXPECT_EQ(Days(), Lines{"2024-10-25"});
+}
+
 // Its mark is that of the moment at which it ends.
 TEST_F(LateReportTest, ImportThatRunsOverMidnightKeepsTheNextDayOut) {
   reportTime = minutes(22 * 60 + 40);

@@ -45,14 +45,14 @@ class DaysTest : public MailTest {
   void Run(const std::string& from, const std::string& to) {
     site.clock.Set(from);
     service.LastHour = HourNow(service);
-    const DateTime end = ParseDateTime(to).value();
-    for (bool isOver = false; !isOver; isOver = changes_.empty() && site.clock.Now() >= end) {
-      const DateTime before = site.clock.Now();
-      site.clock.Advance(kTimerInterval);
-      if (!TurnClock() && IsPassed(reportTime, before)) UpdateHistory_Db(imports_, 3);
-      HourlyPass(service);
-      if (onTick) onTick();
-    }
+    RunUntil(to);
+  }
+
+  // The same of a service that starts then, and knows of no pass.
+  void RunAnew(const std::string& from, const std::string& to) {
+    site.clock.Set(from);
+    service.LastHour = 0;
+    RunUntil(to);
   }
 
   // The days that have a table, each as often as it has one, and those that have sums.
@@ -74,6 +74,17 @@ class DaysTest : public MailTest {
   Lines sent;                                         // "2024-04-01 Weekly"
 
  private:
+  void RunUntil(const std::string& to) {
+    const DateTime end = ParseDateTime(to).value();
+    for (bool isOver = false; !isOver; isOver = changes_.empty() && site.clock.Now() >= end) {
+      const DateTime before = site.clock.Now();
+      site.clock.Advance(kTimerInterval);
+      if (!TurnClock() && IsPassed(reportTime, before)) UpdateHistory_Db(imports_, 3);
+      HourlyPass(service);
+      if (onTick) onTick();
+    }
+  }
+
   // Whether the wall clock has come to that time of the day since the tick before.
   bool IsPassed(std::chrono::minutes time, DateTime before) const {
     const DateTime moment = std::chrono::floor<std::chrono::days>(site.clock.Now()) + time;
