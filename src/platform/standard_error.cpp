@@ -1,7 +1,7 @@
 // The line goes out at once, whatever becomes of the process.
 #include "platform/standard_error.h"
 
-#include <iostream>
+#include <cstdio>
 #include <string>
 
 #include "platform/terminal_text.h"
@@ -10,7 +10,8 @@
 namespace quillon {
 
 void TellStandardError(std::string_view line) {
-  std::cerr << TerminalText(OneLine(std::string(line))) << std::endl;
+  const std::string text = TerminalText(OneLine(std::string(line))) + '\n';
+  std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
 }  // namespace quillon

@@ -1,8 +1,8 @@
 // The command line and the messages of the process.
 #include "service/form_load.h"
 
+#include <cstdio>
 #include <filesystem>
-#include <iostream>
 
 #include "platform/files.h"
 #include "platform/instance_lock.h"
@@ -36,12 +36,13 @@ constexpr const char* kDatabaseMessage =
 constexpr const char* kTitle = "Quillon: ";
 
 int Refuse(const std::string& message) {
-  std::cerr << message << std::endl;
+  std::fputs((message + '\n').c_str(), stderr);
   return kExitFailed;
 }
 
 int Confirm(const std::string& message) {
-  std::cout << message << std::endl;
+  std::puts(message.c_str());
+  std::fflush(stdout);
   return kExitDone;
 }
 
