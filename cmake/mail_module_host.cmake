@@ -10,7 +10,7 @@ function(quillon_find_mail_module_needs options_file)
   if(CMAKE_BUILD_TYPE STREQUAL "Release")
     # The driver of this compiler has no option that leaves out that library alone.
     target_link_options(quillonmail PRIVATE -nodefaultlibs)
-    target_link_libraries(quillonmail PRIVATE gcc_s c)
+    target_link_libraries(quillonmail PRIVATE gcc_s gcc c)
   endif()
   # What no library that it is linked with has is listed without a version.
   add_custom_command(
